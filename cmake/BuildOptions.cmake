@@ -1,0 +1,37 @@
+# One interface target carries what every target of the project is compiled with.
+
+add_library(mailserver-log-options INTERFACE)
+target_compile_features(mailserver-log-options INTERFACE cxx_std_17)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+target_compile_options(
+    mailserver-log-options
+    INTERFACE -Wall
+              -Wextra
+              -Wpedantic
+              -Wconversion
+              -Wshadow
+              $<$<BOOL:${MAILSERVER_LOG_WARNINGS_AS_ERRORS}>:-Werror>
+              # Error lines carry the source's path: relative to the project, so that it is the same on
+              # every machine that builds. Public headers are compiled through the link that is made below.
+              -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=
+              -ffile-prefix-map=${PROJECT_BINARY_DIR}/include/mailserver-log/=src/include/)
+
+if(MAILSERVER_LOG_SANITIZE)
+    target_compile_options(
+        mailserver-log-options INTERFACE -fsanitize=${MAILSERVER_LOG_SANITIZE} -fno-omit-frame-pointer
+                                         -fno-sanitize-recover=all)
+    target_link_options(mailserver-log-options INTERFACE -fsanitize=${MAILSERVER_LOG_SANITIZE})
+endif()
+
+if(MAILSERVER_LOG_COVERAGE)
+    target_compile_options(mailserver-log-options INTERFACE --coverage)
+    target_link_options(mailserver-log-options INTERFACE --coverage)
+endif()
+
+# The public headers are included as <mailserver-log/...> in the tree as they are once installed.
+file(MAKE_DIRECTORY "${PROJECT_BINARY_DIR}/include")
+file(CREATE_LINK "${PROJECT_SOURCE_DIR}/src/include" "${PROJECT_BINARY_DIR}/include/mailserver-log" SYMBOLIC)

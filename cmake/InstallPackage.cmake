@@ -1,0 +1,22 @@
+# Installs headers, the files for find_package and for pkg-config.
+
+include(CMakePackageConfigHelpers)
+
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/include/" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/mailserver-log")
+# Public headers name the platform's types, so the platform's headers come along.
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/platform/include/"
+        DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/mailserver-log/platform")
+
+set(package_directory "${CMAKE_INSTALL_LIBDIR}/cmake/mailserver-log")
+install(EXPORT mailserver-log-targets NAMESPACE mailserver-log:: DESTINATION "${package_directory}")
+configure_package_config_file(
+    "${PROJECT_SOURCE_DIR}/cmake/mailserver-log-config.cmake.in"
+    "${PROJECT_BINARY_DIR}/mailserver-log-config.cmake" INSTALL_DESTINATION "${package_directory}")
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/mailserver-log-config-version.cmake"
+                                 COMPATIBILITY SameMajorVersion)
+install(FILES "${PROJECT_BINARY_DIR}/mailserver-log-config.cmake"
+              "${PROJECT_BINARY_DIR}/mailserver-log-config-version.cmake"
+        DESTINATION "${package_directory}")
+
+configure_file("${PROJECT_SOURCE_DIR}/cmake/mailserver-log.pc.in" "${PROJECT_BINARY_DIR}/mailserver-log.pc" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/mailserver-log.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
