@@ -1,0 +1,45 @@
+#pragma once
+
+#include "log/adminlog/toolkit/translator.h"
+
+#include <json/value.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace serverlog::log::adminlog {
+
+/// Names a text of the mail server's text files. Wherever one is written down its type stands
+/// before the braces, `Label{"domain", "role"}`: by that a test finds every label in the sources
+/// and looks for it in the text files that we ship.
+struct Label {
+    const char* section;
+    const char* key;
+};
+
+/// The label's English text; empty when the text files lack it.
+std::string LabelText(Label const& label);
+
+/// One row of a tab's label table.
+struct Setting {
+    Label label;
+    const char* parameter;
+    /// As Translator::format; null for a value that is shown as it is.
+    std::string (*format)(std::string const& member, Json::Value const& object);
+    /// Stands before the label's text.
+    const char* prefix = "";
+};
+
+/// The translators of a label table, in its order.
+///
+/// @param settings  the first of `count` rows
+std::vector<Translator> MakeTranslators(Setting const* settings, std::size_t count);
+
+/// MakeTranslators of a whole table.
+template <std::size_t Count>
+std::vector<Translator> MakeTranslators(Setting const (&settings)[Count]) {
+    return MakeTranslators(settings, Count);
+}
+
+}  // namespace serverlog::log::adminlog
