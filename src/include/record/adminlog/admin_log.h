@@ -1,0 +1,47 @@
+#pragma once
+
+#include <json/json.h>
+#include <mailserver-log/export.h>
+#include <mailserver-log/record/base_record.h>
+#include <mailserver-log/record/columns.h>
+
+#include <cstdint>
+#include <string>
+#include <tuple>
+#include <vector>
+
+namespace serverlog::record {
+
+/// One statement on what an administrator did: a row of the table admin_log.
+class MAILSERVER_LOG_EXPORT AdminLog : public BaseRecord {
+ public:
+    /// The columns in insert order; see <mailserver-log/record/columns.h>.
+    static constexpr auto Columns() {
+        return std::make_tuple(
+            Column{"tab_type", &AdminLog::tab_type}, Column{"statement", &AdminLog::statement},
+            Column{"user", &AdminLog::user}, Column{"uid", &AdminLog::uid},
+            Column{"date", &AdminLog::date}, Column{"ip", &AdminLog::ip},
+            Column{"server", &AdminLog::server}, Column{"webapi_param", &AdminLog::webapi_param});
+    }
+
+    const std::vector<std::string>& GetInsertFields() const override;
+
+    /// A NULL in any column throws soci::soci_error. A parameter text that is no JSON writes an
+    /// error line, and the field keeps what the parser left in it.
+    void soci_FromBase(const soci::values& values) override;
+    void soci_ToBase(soci::values& values, soci::indicator& indicator) const override;
+
+    std::int32_t tab_type = 0;
+    std::uint64_t uid = 0;
+    std::uint64_t date = 0;  ///< seconds since the epoch
+    std::string statement;
+    std::string user;
+    std::string ip;
+    std::string server;
+    Json::Value webapi_param;  ///< stored as JSON text
+};
+
+/// Compares all columns.
+MAILSERVER_LOG_EXPORT bool operator==(const AdminLog& a, const AdminLog& b);
+
+}  // namespace serverlog::record

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <mailserver-log/export.h>
+#include <mailserver-log/record/base_record.h>
+#include <mailserver-log/record/columns.h>
+
+#include <cstdint>
+#include <string>
+#include <tuple>
+#include <vector>
+
+namespace serverlog::record {
+
+/// One event on a mail: a row of the table mail_log_table.
+class MAILSERVER_LOG_EXPORT MailLog : public BaseRecord {
+ public:
+    /// The columns in insert order; see <mailserver-log/record/columns.h>.
+    static constexpr auto Columns() {
+        return std::make_tuple(
+            Column{"date", &MailLog::date}, Column{"size", &MailLog::size},
+            Column{"status", &MailLog::status}, Column{"host", &MailLog::host},
+            Column{"mail_from", &MailLog::mail_from}, Column{"mail_to", &MailLog::mail_to},
+            Column{"message_id", &MailLog::message_id},
+            Column{"ori_mail_to", &MailLog::ori_mail_to}, Column{"queue_id", &MailLog::queue_id},
+            Column{"subject", &MailLog::subject});
+    }
+
+    const std::vector<std::string>& GetInsertFields() const override;
+
+    /// A NULL in date, size or status throws soci::soci_error; a NULL text reads as empty.
+    void soci_FromBase(const soci::values& values) override;
+    void soci_ToBase(soci::values& values, soci::indicator& indicator) const override;
+
+    std::int32_t date = 0;    ///< seconds since the epoch
+    std::int32_t size = 0;    ///< bytes
+    std::int32_t status = 0;  ///< sent 0, received 1, bounced 2, resent 3, rejected 4
+    std::string message_id;
+    std::string queue_id;
+    std::string mail_from;
+    std::string mail_to;
+    std::string host;
+    std::string subject;
+    std::string ori_mail_to;
+};
+
+/// Compares all columns.
+MAILSERVER_LOG_EXPORT bool operator==(const MailLog& a, const MailLog& b);
+
+}  // namespace serverlog::record

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <mailserver-log/export.h>
+#include <mailserver-log/record/base_record.h>
+#include <mailserver-log/record/columns.h>
+
+#include <cstdint>
+#include <string>
+#include <tuple>
+#include <vector>
+
+namespace serverlog::record {
+
+/// One rejected or filtered message: a row of the table security_log_table.
+class MAILSERVER_LOG_EXPORT SecurityLog : public BaseRecord {
+ public:
+    /// The columns in insert order; see <mailserver-log/record/columns.h>.
+    static constexpr auto Columns() {
+        return std::make_tuple(
+            Column{"date", &SecurityLog::date}, Column{"event", &SecurityLog::event},
+            Column{"host", &SecurityLog::host}, Column{"recipient", &SecurityLog::recipient},
+            Column{"sender", &SecurityLog::sender}, Column{"src", &SecurityLog::src},
+            Column{"subject", &SecurityLog::subject}, Column{"type", &SecurityLog::type});
+    }
+
+    const std::vector<std::string>& GetInsertFields() const override;
+
+    /// A NULL in date throws soci::soci_error; a NULL text reads as empty.
+    void soci_FromBase(const soci::values& values) override;
+    void soci_ToBase(soci::values& values, soci::indicator& indicator) const override;
+
+    std::int32_t date = 0;  ///< seconds since the epoch
+    std::string src;
+    std::string type;
+    std::string event;
+    std::string host;
+    std::string sender;
+    std::string recipient;
+    std::string subject;
+};
+
+/// Compares all columns.
+MAILSERVER_LOG_EXPORT bool operator==(const SecurityLog& a, const SecurityLog& b);
+
+}  // namespace serverlog::record
