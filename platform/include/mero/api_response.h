@@ -1,0 +1,35 @@
+#pragma once
+
+#include <json/value.h>
+
+namespace MERO {
+
+/// The answer to one call of the web API. A new one is a success with a null body.
+///
+/// One thread uses it at a time.
+class APIResponse {
+ public:
+    /// 0 when the call succeeded, else its error code.
+    int GetError() const { return error_; }
+
+    /// A copy of the body: the payload of a success, what is told about a failure otherwise.
+    Json::Value GetBody() const { return body_; }
+
+    /// Records the success of the call with its payload.
+    void SetSuccess(const Json::Value& data);
+
+    /// Records the failure of the call.
+    ///
+    /// @param code  error code; 0 makes it a success
+    /// @param data  what is told about the failure; becomes the body
+    void SetError(int code, const Json::Value& data = Json::Value());
+
+    /// Replaces the body and leaves the error code as it is.
+    void SetBody(const Json::Value& body) { body_ = body; }
+
+ private:
+    int error_ = 0;
+    Json::Value body_;
+};
+
+}  // namespace MERO
