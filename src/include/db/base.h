@@ -91,7 +91,7 @@ class MAILSERVER_LOG_EXPORT BaseDB {
     bool CreateWhole(const std::string& schema);
     bool RunUpgradeFuncs();
     bool SetVersion(int version);
-    std::time_t RecordTime(const char* query, const char* error_format);
+    std::time_t RecordTime(const std::string& query);
 
     merodbquery::Session session_;
     std::vector<std::string> schemas_;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <mailserver-log/export.h>
-#include <merodbquery/insert_query.h>
 #include <merodbquery/session.h>
 
 #include <string>
@@ -20,7 +19,7 @@ MAILSERVER_LOG_EXPORT std::string fields_to_values_str(std::vector<std::string> 
 
 }  // namespace internal
 
-/// The write side of a log table of records T.
+/// The write side of a log table of records T. The library holds it for its three records.
 template <class T>
 class MAILSERVER_LOG_EXPORT CreaTable {
  public:
@@ -36,14 +35,5 @@ class MAILSERVER_LOG_EXPORT CreaTable {
     std::string table_;
     merodbquery::Session& session_;
 };
-
-template <class T>
-bool CreaTable<T>::Create(const T& record) {
-    const std::vector<std::string> fields = record.GetInsertFields();
-    merodbquery::InsertQuery query(session_, table_);
-    query.SetInsertAll(fields);
-    query.Bind(soci::use(record));
-    return query.Execute();
-}
 
 }  // namespace serverlog::db

@@ -1,21 +1,17 @@
 #pragma once
 
-#include <mailserver-log/db/select_query_expose.h>
 #include <mailserver-log/db/union_all_select.h>
 #include <mailserver-log/export.h>
 #include <merodbquery/condition.h>
-#include <merodbquery/select_query.h>
 #include <merodbquery/session.h>
-#include <soci/soci.h>
 
 #include <string>
 #include <tuple>
-#include <utility>
 #include <vector>
 
 namespace serverlog::db {
 
-/// The read side of a log table of records T.
+/// The read side of a log table of records T. The library holds it for its three records.
 ///
 /// In all functions `sort` is the name of a column, put into SQL as it is and so never from
 /// outside; `order` is "ASC" for ascending, while any other text means descending; `schemas` are

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <mailserver-log/export.h>
+#include <merodbquery/session.h>
 
 #include <string>
 
@@ -53,6 +54,8 @@ class MAILSERVER_LOG_EXPORT Provider {
     void CreateExternalTmpLn(const std::string& model);
 
  private:
+    merodbquery::Session OpenSession(bool shared);
+
     bool internal_;
     std::string path_;
     std::string path_to_open_;

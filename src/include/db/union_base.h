@@ -41,8 +41,10 @@ class MAILSERVER_LOG_EXPORT UnionBase {
                              merodbquery::PositionBinder& binder) const;
 
  private:
+    static constexpr int kNoLimit = -1;
+
     std::string group_;
-    int limit_ = -1;
+    int limit_ = kNoLimit;
     int offset_ = 0;
     std::vector<std::string> orders_;
     merodbquery::Condition having_ = merodbquery::Condition::Null();

@@ -24,6 +24,9 @@ bool ExecMultipleQuery(merodbquery::Session& session, const std::string& script)
 std::vector<std::string> EnumColumns(merodbquery::Session& session, const std::string& table,
                                      unsigned long columns);
 
+/// The most columns of a table that the library looks at.
+inline constexpr unsigned long kMostColumns = 32;
+
 /// Whether EnumColumns gives exactly this name; false also if it fails.
 bool ColumnExist(merodbquery::Session& session, const std::string& table, const std::string& name,
                  unsigned long columns);
