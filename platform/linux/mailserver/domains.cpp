@@ -1,15 +1,13 @@
 #include "mailserver/domains.h"
 
-#include <json/reader.h>
-#include <json/value.h>
 #include <syslog.h>
 
 #include <cerrno>
 #include <cstring>
-#include <memory>
 
 #include "common/file_text.h"
 #include "common/idn.h"
+#include "common/json_text.h"
 #include "mailserver/maillog.h"
 
 namespace platform {
@@ -18,20 +16,12 @@ namespace {
 
 constexpr char kPath[] = "/var/packages/PostCube-Server/etc/domains.json";
 
-bool ParseFile(const std::string& text, Json::Value& document) {
-    const std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());
-    std::string errors;
-    const bool parsed = reader->parse(text.data(), text.data() + text.size(), &document, &errors);
-    return parsed && document.isObject() && document["domains"].isArray();
-}
-
 void AddDomain(const Json::Value& record, std::vector<Domain>& domains) {
     const bool complete =
         record.isObject() && record["domain_id"].isInt() && record["name"].isString();
     Domain domain = {};
     if (!complete || !CanonicalDomain(record["name"].asString(), domain.name)) {
-        maillog(LOG_WARNING, "%s: refused, no valid domain: %s", kPath,
-                Json::writeString(Json::StreamWriterBuilder(), record).c_str());
+        maillog(LOG_WARNING, "%s: refused, no valid domain: %s", kPath, ToJsonText(record).c_str());
         return;
     }
     domain.id = record["domain_id"].asInt();
@@ -53,7 +43,7 @@ bool LoadDomains(std::vector<Domain>& domains) {
             break;
     }
     Json::Value document;
-    if (!ParseFile(text, document)) {
+    if (!ParseJsonText(text, document) || !document.isObject() || !document["domains"].isArray()) {
         maillog(LOG_WARNING, "%s holds no object with an array \"domains\"", kPath);
         return false;
     }
