@@ -1,17 +1,15 @@
 #include "mero/api_runner.h"
 
-#include <json/reader.h>
-#include <json/writer.h>
 #include <sys/stat.h>
 #include <syslog.h>
 #include <unistd.h>
 
 #include <exception>
 #include <map>
-#include <memory>
 #include <mutex>
 #include <utility>
 
+#include "common/json_text.h"
 #include "mailserver/maillog.h"
 #include "mero/handler_process.h"
 
@@ -60,24 +58,6 @@ bool IsResponse(const Json::Value& value) {
     return value.isObject() && value["success"].isBool();
 }
 
-std::string ToText(const Json::Value& value) {
-    Json::StreamWriterBuilder builder;
-    builder["indentation"] = "";
-    return Json::writeString(builder, value);
-}
-
-bool ParseText(const std::string& text, Json::Value& value) {
-    Json::CharReaderBuilder builder;
-    builder["failIfExtra"] = true;
-    const std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
-    std::string errors;
-    try {
-        return reader->parse(text.data(), text.data() + text.size(), &value, &errors);
-    } catch (const Json::Exception&) {
-        return false;  // thrown for a text that is nested too deep
-    }
-}
-
 Json::Value RunInProcess(const APIRunner::Handler& handler, const Call& call) {
     try {
         Json::Value response = handler(call.method, call.version, call.params, call.user);
@@ -100,9 +80,10 @@ bool IsExecutable(const std::string& path) {
 
 Json::Value RunExecutable(const std::string& path, const Call& call) {
     HandlerProcess process;
-    const HandlerProcess::Outcome outcome = process.Run(
-        {path, call.method, std::to_string(call.version), call.user}, ToText(call.params),
-        std::chrono::seconds(APIRunner::kTimeLimitSeconds), APIRunner::kOutputLimit);
+    const HandlerProcess::Outcome outcome =
+        process.Run({path, call.method, std::to_string(call.version), call.user},
+                    platform::ToJsonText(call.params),
+                    std::chrono::seconds(APIRunner::kTimeLimitSeconds), APIRunner::kOutputLimit);
     if (outcome == HandlerProcess::Outcome::TimedOut) {
         return Failure(call, APIRunner::kTimedOut, process.Reason());
     }
@@ -110,7 +91,7 @@ Json::Value RunExecutable(const std::string& path, const Call& call) {
         return Failure(call, APIRunner::kHandlerFailed, process.Reason());
     }
     Json::Value response;
-    if (!ParseText(process.Output(), response) || !IsResponse(response)) {
+    if (!platform::ParseJsonText(process.Output(), response) || !IsResponse(response)) {
         return Failure(call, APIRunner::kHandlerFailed, "wrote no response object");
     }
     return response;
