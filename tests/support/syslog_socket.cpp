@@ -2,6 +2,7 @@
 
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <syslog.h>
 #include <unistd.h>
@@ -42,7 +43,8 @@ SyslogSocket::SyslogSocket() : descriptor_(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLO
     if (bind(descriptor_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
         throw std::system_error(errno, std::generic_category(), kPath);
     }
-    closelog();  // the C library may still be connected to the socket of an earlier test
+    chmod(kPath, 0666);  // as a syslog daemon does: every user may write lines
+    closelog();          // the C library may still be connected to the socket of an earlier test
 }
 
 SyslogSocket::~SyslogSocket() {
