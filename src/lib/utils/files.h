@@ -106,11 +106,11 @@ std::string AvailableTempFilePath(const std::string& model);
 /// All bytes of a file; empty when it can't be read. Never reports a failure.
 std::string FileContent(const std::string& path);
 
-/// Replaces what a file holds, and creates it if it is missing. The bytes are handed to the system
-/// but not synced.
+/// Replaces what a file holds, and creates it if it is missing. Nothing is synced, and what fails
+/// only when the file is closed goes unnoticed: few bytes on a full disk do.
 ///
 /// @throws Exception<ETag::FileSystem> with WriteStreamNotGood when the file can't be opened, with
-///         WriteContentFail when it does not take the content
+///         WriteContentFail when it does not take the content; the detail is the path alone
 void WriteFileContent(const std::string& path, const std::string& content);
 
 /// The last part of a path: "b" of "/a/b", "." of "/a/b/", "/" of "/".

@@ -1,0 +1,61 @@
+#include "utils/time.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+namespace serverlog::utils {
+namespace {
+
+// Central Europe's clock without a need for the time zone files.
+constexpr char kSummerTimeZone[] = "CET-1CEST,M3.5.0,M10.5.0/3";
+
+void SetTimeZone(const char* zone) {
+    setenv("TZ", zone, 1);
+    tzset();
+}
+
+TEST(Time, TextIsLocalTime) {
+    const struct {
+        const char* zone;
+        long time;
+        const char* text;
+    } rows[] = {
+        {"UTC", 0, "1970-01-01 00:00:00"},
+        {"UTC", -1, "1969-12-31 23:59:59"},
+        {kSummerTimeZone, 1795341600, "2026-11-22 11:00:00"},
+        {kSummerTimeZone, 1774745999, "2026-03-29 01:59:59"},
+        {kSummerTimeZone, 1774746000, "2026-03-29 03:00:00"},
+        {"UTC", 4102444800, "2100-01-01 00:00:00"},
+    };
+    for (const auto& row : rows) {
+        SetTimeZone(row.zone);
+        EXPECT_EQ(ConvertToTimeString(row.time), row.text) << row.zone << ' ' << row.time;
+    }
+}
+
+TEST(Time, DayStartsWithoutDaylightSaving) {
+    const struct {
+        const char* zone;
+        const char* date;
+        const char* start;  // as ConvertToTimeString tells it
+    } rows[] = {
+        {"UTC", "2026/11/22", "2026-11-22 00:00:00"},
+        {kSummerTimeZone, "2026/11/22", "2026-11-22 00:00:00"},
+        {kSummerTimeZone, "2026/07/01", "2026-07-01 01:00:00"},
+        {kSummerTimeZone, "2026/03/29", "2026-03-29 00:00:00"},
+        {"UTC", "2026/1/2 10:00:00", "2026-01-02 00:00:00"},
+        // Fields that could not be read stay zero: day 0 is the day before the first.
+        {"UTC", "2026/11", "2026-10-31 00:00:00"},
+        {"UTC", "2026-11-22", "2025-12-31 00:00:00"},
+        {"UTC", "", "1899-12-31 00:00:00"},
+    };
+    for (const auto& row : rows) {
+        SetTimeZone(row.zone);
+        EXPECT_EQ(ConvertToTimeString(ConvertTimeStringToTime(row.date)), row.start)
+            << row.zone << ' ' << row.date;
+    }
+}
+
+}  // namespace
+}  // namespace serverlog::utils
