@@ -1,6 +1,9 @@
 #pragma once
 
+#include <memory>
 #include <string>
+
+struct MEROGroup;
 
 namespace serverlog::utils {
 
@@ -11,23 +14,25 @@ namespace serverlog::utils {
 class ZsmGroup {
  public:
     explicit ZsmGroup(unsigned int gid);
-    ~ZsmGroup();
-    ZsmGroup(const ZsmGroup&) = delete;
-    ZsmGroup& operator=(const ZsmGroup&) = delete;
 
     /// The group's name as the platform keeps it.
     ///
     /// @throws Exception<ETag::SDK> with GroupNameFail when there is no such group
     std::string GetGroupName();
 
-    /// The group's name as its users know it: without the marks of a domain or a directory.
+    /// The group's name as the group database spells it, for display.
     ///
     /// @throws Exception<ETag::SDK> with GroupNameFail as GetGroupName does, and when the platform
-    ///         knows no such name
+    ///         does not know the name
     std::string GetGroupRealName();
 
  private:
+    struct RecordFree {
+        void operator()(MEROGroup* record) const;
+    };
+
     unsigned int gid_;
+    std::unique_ptr<MEROGroup, RecordFree> record_;  ///< null until first used
 };
 
 }  // namespace serverlog::utils

@@ -5,7 +5,8 @@
 
 namespace serverlog::utils {
 
-/// The entries of a folder whose names begin with `prefix`, in the platform's form and order.
+/// The regular files of a folder whose names begin with `prefix`, each with the folder's path, in
+/// the order of their names.
 ///
 /// @throws Exception<ETag::SDK> with ListFolderFail when the folder can't be read or memory is out
 std::vector<std::string> ListFilesWithPrefix(const std::string& folder, const std::string& prefix);
