@@ -7,6 +7,7 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
+file(RELATIVE_PATH source_from_build "${PROJECT_BINARY_DIR}" "${PROJECT_SOURCE_DIR}/")
 target_compile_options(
     mailserver-log-options
     INTERFACE -Wall
@@ -18,7 +19,10 @@ target_compile_options(
               # Error lines carry the source's path: relative to the project, so that it is the same on
               # every machine that builds. Public headers are compiled through the link that is made below.
               -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=
-              -ffile-prefix-map=${PROJECT_BINARY_DIR}/include/mailserver-log/=src/include/)
+              -ffile-prefix-map=${PROJECT_BINARY_DIR}/include/mailserver-log/=src/include/
+              # A compiler cache may hand these paths on relative to the build folder.
+              -ffile-prefix-map=${source_from_build}=
+              -ffile-prefix-map=include/mailserver-log/=src/include/)
 
 if(MAILSERVER_LOG_SANITIZE)
     target_compile_options(
