@@ -14,6 +14,9 @@ namespace serverlog::log::adminlog {
 /// before the braces, `Label{"domain", "role"}`: by that a test finds every label in the sources
 /// and looks for it in the text files that we ship.
 struct Label {
+    constexpr explicit Label(const char* text_section, const char* text_key)
+        : section(text_section), key(text_key) {}
+
     const char* section;
     const char* key;
 };
