@@ -77,13 +77,17 @@ void DropCapabilities() {
     Check(syscall(SYS_capset, &header, none) == 0, "capset");
 }
 
+void SetIds(const Ids& user, const Ids& group) {
+    Check(setresgid(group.real, group.effective, group.saved) == 0, "setresgid");
+    Check(setresuid(user.real, user.effective, user.saved) == 0, "setresuid");
+}
+
 bool HasSecondUser() {
     const auto become_other = [] {
-        const bool done = setresgid(kOtherUser, kOtherUser, kOtherUser) == 0 &&
-                          setresuid(kOtherUser, kOtherUser, kOtherUser) == 0;
-        return std::string(done ? "yes" : "no");
+        SetIds(kOtherForGood, kOtherForGood);
+        return std::string("other");
     };
-    return InChild(become_other) == "yes";
+    return InChild(become_other) == "other";
 }
 
 }  // namespace test

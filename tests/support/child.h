@@ -38,9 +38,25 @@ std::string InChild(const std::function<std::string()>& work);
 /// the owner and mode of files and to the ids that it has.
 void DropCapabilities();
 
-/// An ordinary user for InChild and the like. Where only one user is known to the system's sandbox,
-/// nobody can become it: see HasSecondUser.
+/// The three ids that a process has for its user, and for its group (credentials(7)).
+struct Ids {
+    unsigned real;
+    unsigned effective;
+    unsigned saved;
+};
+
+/// Gives the process these ids; throws std::system_error where that is refused.
+void SetIds(const Ids& user, const Ids& group);
+
+/// An ordinary user and a group of the same number, to be taken on in a child. Where the sandbox
+/// knows one user only, nobody can become it: see HasSecondUser.
 inline constexpr unsigned kOtherUser = 65534;
+
+/// Root that works for kOtherUser and can go back, as SetIds takes it.
+inline constexpr Ids kRootForOther = {0, kOtherUser, 0};
+
+/// kOtherUser for good.
+inline constexpr Ids kOtherForGood = {kOtherUser, kOtherUser, kOtherUser};
 
 /// Whether this process can become kOtherUser.
 bool HasSecondUser();

@@ -16,6 +16,7 @@ namespace {
 
 using test::kOtherUser;
 constexpr unsigned kThirdUser = 8025;
+constexpr test::Ids kThirdForGood = {kThirdUser, kThirdUser, kThirdUser};
 const std::string kSource = "src/lib/utils/merosdk/run_as.cpp";
 
 std::string Ids() {
@@ -34,30 +35,12 @@ std::string IdsInAndBehind(const std::function<void()>& prepare, unsigned uid, u
     });
 }
 
-struct Three {
-    unsigned real;
-    unsigned effective;
-    unsigned saved;
-};
-
-void SetIds(const Three& uid, const Three& gid) {
-    if (setresgid(gid.real, gid.effective, gid.saved) != 0 ||
-        setresuid(uid.real, uid.effective, uid.saved) != 0) {
-        throw std::runtime_error("no switch to another user");
-    }
-}
-
-void SetIdsForGood(unsigned id) {
-    SetIds({id, id, id}, {id, id, id});
-}
-
-// Root that works for an ordinary user and can go back.
 void WorkForOtherUser() {
-    SetIds({0, kOtherUser, 0}, {0, kOtherUser, 0});
+    test::SetIds(test::kRootForOther, test::kRootForOther);
 }
 
 void BecomeOtherUser() {
-    SetIdsForGood(kOtherUser);
+    test::SetIds(test::kOtherForGood, test::kOtherForGood);
 }
 
 TEST(RunAs, RootRunsWorkDirectly) {
@@ -138,7 +121,7 @@ TEST(RunAs, SwitchRefusedHalfWayLeavesNoRightsBehind) {
     test::SyslogSocket log;
     // May become user 0 by the saved id; without capabilities user 0 may not change the group.
     const auto prepare = [] {
-        SetIds({kOtherUser, kOtherUser, 0}, {kOtherUser, kOtherUser, kOtherUser});
+        test::SetIds({kOtherUser, kOtherUser, 0}, test::kOtherForGood);
         test::DropCapabilities();
     };
     EXPECT_EQ(IdsInAndBehind(prepare, 0, 0), "none 65534:65534");
@@ -150,7 +133,7 @@ TEST(RunAs, RefusedWayBackIsToldAndNotThrown) {
     test::SyslogSocket log;
     const auto work = [] {
         WorkForOtherUser();
-        RunAsRoot("a name", [] { SetIdsForGood(kThirdUser); });
+        RunAsRoot("a name", [] { test::SetIds(kThirdForGood, kThirdForGood); });
         return Ids();
     };
     EXPECT_EQ(test::InChild(work), "8025:8025");

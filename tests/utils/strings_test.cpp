@@ -1,0 +1,129 @@
+#include "utils/strings.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+
+#include "utils/vector_join.h"
+
+namespace serverlog::utils {
+namespace {
+
+using Strings = std::vector<std::string>;
+
+TEST(Split, TheTwoFormsDifferInEmptyPieces) {
+    const struct {
+        std::string text;
+        Strings by_character;
+        Strings by_string;
+    } rows[] = {
+        {"", {}, {}},
+        {"a", {"a"}, {"a"}},
+        {"a,,b,", {"a", "", "b"}, {"a", "b"}},
+        {",a", {"", "a"}, {"a"}},
+        {",", {""}, {}},
+        {"a\nb,c", {"a\nb", "c"}, {"a\nb", "c"}},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(Split(row.text, ','), row.by_character) << row.text;
+        EXPECT_EQ(Split(row.text, std::string(",")), row.by_string) << row.text;
+    }
+    EXPECT_EQ(Split("a, b, , c,d", std::string(", ")), (Strings{"a", "b", "c,d"}));
+}
+
+// One row a call: what came out and what should have.
+TEST(Strings, Texts) {
+    const std::string with_nul("a\0b", 3);
+    const struct {
+        const char* call;
+        std::string got;
+        std::string expected;
+    } rows[] = {
+        {"Trim both ends", Trim(" \t\r\na b\v\f "), "a b"},
+        {"Trim nothing but space", Trim(" \n "), ""},
+        {"Trim keeps bytes above 127", Trim("\xc2\xa0 "), "\xc2\xa0"},
+        {"Quote", Quote("a\"b\\c"), R"("a\"b\\c")"},
+        {"Quote leaves single quotes", Quote("it's"), "\"it's\""},
+        {"Quote of nothing", Quote(""), "\"\""},
+        {"Unquote takes escapes off", Unquote(R"("a\"b")"), "a\"b"},
+        {"Unquote ends at a bare quote", Unquote("\"ab\"cd\""), "ab"},
+        {"Unquote without quotes", Unquote("ab"), "ab"},
+        {"Unquote with one side", Unquote("\"ab"), "\"ab"},
+        {"Unquote a lone quote", Unquote("\""), ""},
+        {"Unquote nothing", Unquote(""), ""},
+        {"Unquote keeps blanks", Unquote("\"  a b \""), "  a b "},
+        {"Unquote undoes Quote", Unquote(Quote("a \"b\\\" c\n")), "a \"b\\\" c\n"},
+        {"Join", Join(Strings{"a", "", "b"}, ", "), "a, , b"},
+        {"Join numbers", Join(std::vector<int>{1, -2}, ","), "1,-2"},
+        {"Join one", Join(Strings{"a"}, ", "), "a"},
+        {"Join none", Join(Strings{}, ", "), ""},
+        {"Replace all", Replace("aXbXX", "X", "--"), "a--b----"},
+        {"Replace looks behind what it put in", Replace("aaa", "a", "aa"), "aaaaaa"},
+        {"Replace goes left to right", Replace("aaa", "aa", "b"), "ba"},
+        {"Replace by nothing", Replace("a#t#b", "#t#", ""), "ab"},
+        {"Replace keeps NUL", Replace(with_nul, "b", "c"), std::string("a\0c", 3)},
+        {"ToLower", ToLower("AbC\xc3\x84"), "abc\xc3\x84"},
+        {"ToUpper", ToUpper("aBc\xc3\xa4"), "ABC\xc3\xa4"},
+        {"UTF8StrUpper", UTF8StrUpper("aé жß"), "AÉ ЖSS"},
+        {"UTF8StrUpper of nothing", UTF8StrUpper(""), ""},
+        {"UTF8StrUpper of bad UTF-8", UTF8StrUpper("a\xff"), "a\xff"},
+        {"UTF8StrUpper without room", UTF8StrUpper("\xce\x90"), "\xce\x90"},
+        {"UTF8StrUpper up to NUL", UTF8StrUpper(with_nul), "A"},
+        {"RemoveTail", RemoveTail("a.b.c", "."), "a.b"},
+        {"RemoveTail with more behind", RemoveTail("abcabc", "b"), "abca"},
+        {"RemoveTail without tail", RemoveTail("abc", "x"), "abc"},
+        {"RemoveTail of a version", RemoveTail("Webapi_Domain_Set_v1", "_v"), "Webapi_Domain_Set"},
+        {"AddressToUtf8 punycode", AddressToUtf8("a@xn--bcher-kva.example"), "a@bücher.example"},
+        {"AddressToUtf8 undecodable", AddressToUtf8("=?no-such?B?YQ==?="), "=?no-such?B?YQ==?="},
+        {"AddressToUtf8 plain", AddressToUtf8("a@example.com"), "a@example.com"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(row.got, row.expected) << row.call;
+    }
+}
+
+TEST(Strings, StartswithComparesBytes) {
+    EXPECT_TRUE(Startswith("abc", ""));
+    EXPECT_TRUE(Startswith("abc", "abc"));
+    EXPECT_TRUE(Startswith("abc", "ab"));
+    EXPECT_FALSE(Startswith("abc", "abcd"));
+    EXPECT_FALSE(Startswith("abc", "bc"));
+    EXPECT_FALSE(Startswith("", "a"));
+    EXPECT_FALSE(Startswith(std::string("a\0b", 3), std::string("a\0c", 3)));
+}
+
+TEST(SizeToKb, CutsAndSwitchesToExponents) {
+    const struct {
+        int bytes;
+        const char* text;
+    } rows[] = {
+        {0, "0KB"},
+        {1, "0.0KB"},
+        {1000, "0.9KB"},
+        {1023, "0.9KB"},
+        {1024, "1KB"},
+        {1536, "1.5KB"},
+        {-1536, "-1.5KB"},
+        {2048, "2KB"},
+        {123456789, "120563KB"},
+        {1024000000, "1e+06KB"},
+        {1073741824, "1.0KB"},
+        {INT_MAX, "2.0KB"},
+        {INT_MIN, "-2.0KB"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(SizeToKb(row.bytes), row.text) << row.bytes;
+    }
+}
+
+TEST(VectorJoin, AppendsAndLeavesTheOperandsAlone) {
+    const Strings a = {"a", "b"};
+    const Strings b = {"c"};
+    EXPECT_EQ(a + b + a, (Strings{"a", "b", "c", "a", "b"}));
+    EXPECT_EQ(a + Strings{}, a);
+    EXPECT_EQ(a.size() + b.size(), 3U);
+    EXPECT_EQ(std::vector<int>{1} + std::vector<int>{2}, (std::vector<int>{1, 2}));
+}
+
+}  // namespace
+}  // namespace serverlog::utils
