@@ -1,0 +1,132 @@
+#include "utils/merosdk/file_lock_guard.h"
+
+#include <gtest/gtest.h>
+#include <mailserver-log/exception/exception.h>
+#include <mailserver/file_lock.h>
+#include <syslog.h>
+#include <unistd.h>
+
+#include <boost/filesystem/directory.hpp>
+#include <boost/filesystem/operations.hpp>
+#include <memory>
+#include <vector>
+
+#include "support/child.h"
+#include "support/syslog_socket.h"
+#include "utils/files.h"
+
+namespace serverlog::utils {
+namespace {
+
+const std::string kLock = "/var/lock/postcube_server/deep/er/test.lock";
+
+// Whether another process could take the lock at this moment.
+bool IsFree() {
+    const auto take = [] {
+        int descriptor = -1;
+        return std::string(pscFileLockByFile(kLock.c_str(), 0, &descriptor) ? "free" : "held");
+    };
+    return test::InChild(take) == "free";
+}
+
+TEST(FileLockGuard, HoldsForItsScopeAndByCalls) {
+    test::SyslogSocket log;
+    {
+        FileLockGuard guard(kLock);
+        EXPECT_FALSE(IsFree());
+        guard.Lock();  // held already
+        guard.Unlock();
+        EXPECT_TRUE(IsFree());
+        guard.Unlock();  // free already
+        guard.Lock();
+        EXPECT_FALSE(IsFree());
+    }
+    EXPECT_TRUE(IsFree());
+    EXPECT_TRUE(log.TakeErrors().empty());
+}
+
+TEST(FileLockGuard, LetsOneProcessAtATimeIn) {
+    const std::string counter = "/tmp/counter";
+    constexpr int kProcesses = 4;
+    constexpr int kRounds = 200;
+    WriteFileContent(counter, "0");
+    // Reading and writing the counter apart from each other loses steps where two are in.
+    const auto count = [&counter] {
+        for (int i = 0; i < kRounds; ++i) {
+            const FileLockGuard guard(kLock);
+            WriteFileContent(counter, std::to_string(std::stoi(FileContent(counter)) + 1));
+        }
+        return std::string("counted");
+    };
+    std::vector<std::unique_ptr<test::Child>> children;
+    for (int i = 0; i < kProcesses; ++i) {
+        children.push_back(std::make_unique<test::Child>(count));
+    }
+    for (const auto& child : children) {
+        EXPECT_EQ(child->Wait(), "counted");
+    }
+    EXPECT_EQ(FileContent(counter), std::to_string(kProcesses * kRounds));
+}
+
+TEST(FileLockGuard, RefusedLockThrows) {
+    test::SyslogSocket log;
+    const struct {
+        std::string path;
+        SDKError code;
+        std::string detail;
+        std::string line;
+    } rows[] = {
+        {"", SDKError::InvalidLockPath, "empty file path",
+         "Invalid file lock path, empty file path"},
+        {"/var/lock", SDKError::ExclusiveLockFail, "/var/lock",
+         "Can not get exclusive file lock, /var/lock"},
+    };
+    for (const auto& row : rows) {
+        try {
+            const FileLockGuard guard(row.path);
+            ADD_FAILURE() << "holds " << row.path;
+        } catch (const Exception<ETag::SDK>& exception) {
+            EXPECT_EQ(exception.code(), row.code);
+            EXPECT_EQ(exception.what(), row.detail);
+        }
+        const auto lines = log.TakeErrors();
+        ASSERT_FALSE(lines.empty());
+        EXPECT_EQ(lines.back(), row.line);
+    }
+}
+
+// Takes the lock's file from a guard of this process behind its back.
+void CloseLockFile() {
+    namespace fs = boost::filesystem;
+    for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
+        boost::system::error_code error;
+        if (fs::read_symlink(entry.path(), error) == kLock) {
+            close(std::stoi(FileName(entry.path().string())));
+            return;
+        }
+    }
+    ADD_FAILURE() << "no open " << kLock;
+}
+
+TEST(FileLockGuard, RefusedReleaseThrowsAndIsOnlyLoggedAtTheEnd) {
+    test::SyslogSocket log;
+    // Connected now, or the log's socket would get the number of the file that is closed below.
+    openlog("test", LOG_NDELAY, LOG_USER);
+    const std::string refused = "Can not release file lock, " + kLock;
+    {
+        FileLockGuard guard(kLock);
+        CloseLockFile();
+        try {
+            guard.Unlock();
+            ADD_FAILURE() << "released";
+        } catch (const Exception<ETag::SDK>& exception) {
+            EXPECT_EQ(exception_str(exception), refused);
+        }
+        EXPECT_EQ(log.TakeErrors(), std::vector<std::string>{refused});
+    }
+    EXPECT_EQ(log.TakeErrors(), (std::vector<std::string>{
+                                    refused, "Release lock fail when guard destruct: " + kLock}));
+}
+
+}  // namespace
+}  // namespace serverlog::utils
