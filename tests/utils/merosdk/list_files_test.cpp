@@ -1,0 +1,49 @@
+#include "utils/merosdk/list_files.h"
+
+#include <gtest/gtest.h>
+#include <mailserver-log/exception/exception.h>
+
+#include "support/syslog_socket.h"
+#include "utils/files.h"
+
+namespace serverlog::utils {
+namespace {
+
+using Strings = std::vector<std::string>;
+const std::string kFolder = "/tmp/list";
+
+TEST(ListFilesWithPrefix, GivesThePathsInOrder) {
+    MkDir(kFolder + "/aggr_maillog-folder");
+    for (const char* name : {"aggr_maillog-2", "aggr_maillog-1", "aggr_maillog", "other"}) {
+        WriteFileContent(kFolder + "/" + name, "");
+    }
+    EXPECT_EQ(ListFilesWithPrefix(kFolder, "aggr_maillog-"),
+              (Strings{kFolder + "/aggr_maillog-1", kFolder + "/aggr_maillog-2"}));
+    EXPECT_EQ(ListFilesWithPrefix(kFolder, "none"), Strings{});
+}
+
+// More than the list has room for at first.
+TEST(ListFilesWithPrefix, GivesManyFiles) {
+    const std::string folder = kFolder + "/many";
+    constexpr std::size_t kFiles = 1500;
+    MkDir(folder);
+    for (std::size_t i = 0; i < kFiles; ++i) {
+        WriteFileContent(folder + "/" + std::to_string(i), "");
+    }
+    EXPECT_EQ(ListFilesWithPrefix(folder, "").size(), kFiles);
+}
+
+TEST(ListFilesWithPrefix, UnreadableFolderThrows) {
+    test::SyslogSocket log;
+    const std::string text = "Can not list folder files, /tmp/none enum files with prefix: a fail";
+    try {
+        ListFilesWithPrefix("/tmp/none", "a");
+        ADD_FAILURE() << "lists a missing folder";
+    } catch (const Exception<ETag::SDK>& exception) {
+        EXPECT_EQ(exception_str(exception), text);
+    }
+    EXPECT_EQ(log.TakeErrors(), Strings{text});
+}
+
+}  // namespace
+}  // namespace serverlog::utils
