@@ -68,7 +68,7 @@ class Condition {
     static Condition Compare(const std::string& column, const std::string& op, BoundValue value);
     static Condition Single(std::string expression, BoundValue value);
 
-    Condition Joined(const Condition& other, const char* joint) const;
+    Condition JoinedWith(const Condition& other, const char* joint) const;
     std::string Text() const;
 
     // Terms are kept apart until the text is wanted, so that a disjunction of hundreds of them

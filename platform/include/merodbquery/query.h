@@ -29,13 +29,13 @@ class Query {
     }
 
     /// Binds what soci::use(object[, indicator][, name]) gives: the value is read from `object` at
-    /// each run, so that must live until then. Replaces as above.
+    /// each run, so that must live until then; nothing is written back. Replaces as above.
     template <class T>
     void Bind(const soci::details::use_container<T, soci::details::no_indicator>& element) {
         // The element refers to a name that lives no longer than the call, so it is built again.
         AddElement([&object = element.t, name = element.name](soci::statement& statement) {
             statement.exchange(
-                soci::details::use_container<T, soci::details::no_indicator>(object, name));
+                soci::details::use_container<const T, soci::details::no_indicator>(object, name));
         });
     }
 
@@ -43,7 +43,8 @@ class Query {
     void Bind(const soci::details::use_container<T, Indicator>& element) {
         AddElement([&object = element.t, &indicator = element.ind,
                     name = element.name](soci::statement& statement) {
-            statement.exchange(soci::details::use_container<T, Indicator>(object, indicator, name));
+            statement.exchange(
+                soci::details::use_container<const T, Indicator>(object, indicator, name));
         });
     }
 

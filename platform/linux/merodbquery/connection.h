@@ -1,0 +1,57 @@
+#pragma once
+
+#include <soci/soci.h>
+#include <sqlite3.h>
+
+#include <string>
+#include <vector>
+
+namespace merodbquery {
+
+/// What a Session and its copies share: the connection that follows its path. See there for what it
+/// promises.
+class Connection {
+ public:
+    explicit Connection(const std::string& path);
+    ~Connection() { Close(); }
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    bool Usable();
+    bool Run(const std::string& statement);
+    soci::session& RawSession();
+    void Close();
+
+ private:
+    enum class State {
+        kOpen,
+        kLost,    // the path could not be reopened; the next use tries again
+        kClosed,  // never opened, or closed for good
+    };
+
+    struct AttachedSchema {
+        std::string name;
+        std::string file;
+    };
+
+    // Opens the path into `handle_`, which holds SQLite's error text when that fails.
+    bool OpenHandle(bool create);
+    void FollowFile();
+    bool HasMoved() const;
+    void Reopen();
+    void RetireHandle();
+    void CloseFinishedHandles();
+    void RememberAttached();
+    void AttachRemembered();
+
+    std::string path_;
+    bool through_link_ = false;
+    State state_ = State::kClosed;
+    sqlite3* handle_ = nullptr;
+    soci::session session_;
+    std::vector<AttachedSchema> attached_;
+    // Handles of moved files that unfinished statements still need.
+    std::vector<sqlite3*> retired_;
+};
+
+}  // namespace merodbquery

@@ -1,0 +1,19 @@
+#include <merodbquery/insert_query.h>
+
+#include "merodbquery/sql_text.h"
+
+namespace merodbquery {
+
+InsertQuery::InsertQuery(const Session& session, std::string table)
+    : Query(session), table_(std::move(table)) {}
+
+std::string InsertQuery::GetQuery() {
+    for (const std::string& column : columns_) {
+        CheckedName(column);
+    }
+    // SOCI finds the values of a record by the names of the placeholders.
+    return "INSERT INTO " + CheckedName(table_) + " (" + Joined(columns_, ", ") +
+           ") VALUES (:" + Joined(columns_, ", :") + ")";
+}
+
+}  // namespace merodbquery

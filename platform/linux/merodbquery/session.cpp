@@ -1,0 +1,29 @@
+#include <merodbquery/session.h>
+
+#include "merodbquery/connection.h"
+
+namespace merodbquery {
+
+Session::Session(std::shared_ptr<Connection> connection) : connection_(std::move(connection)) {}
+
+Session Session::SQLite(const std::string& path) {
+    return Session(std::make_shared<Connection>(path));
+}
+
+bool Session::Good() const {
+    return connection_->Usable();
+}
+
+bool Session::RawQuery(const std::string& statement) {
+    return connection_->Run(statement);
+}
+
+soci::session& Session::GetRawSession() {
+    return connection_->RawSession();
+}
+
+void Session::Disconnect() {
+    connection_->Close();
+}
+
+}  // namespace merodbquery

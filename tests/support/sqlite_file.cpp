@@ -1,0 +1,29 @@
+#include "support/sqlite_file.h"
+
+#include <sqlite3.h>
+
+#include <memory>
+#include <stdexcept>
+
+namespace test {
+namespace {
+
+int KeepFirstColumn(void* rows, int /*count*/, char** texts, char** /*names*/) {
+    static_cast<std::vector<std::string>*>(rows)->emplace_back(texts[0] ? texts[0] : "NULL");
+    return 0;
+}
+
+}  // namespace
+
+std::vector<std::string> RunOnFile(const std::string& path, const std::string& sql) {
+    sqlite3* handle = nullptr;
+    sqlite3_open(path.c_str(), &handle);
+    const std::unique_ptr<sqlite3, int (*)(sqlite3*)> closer(handle, sqlite3_close);
+    std::vector<std::string> rows;
+    if (sqlite3_exec(handle, sql.c_str(), KeepFirstColumn, &rows, nullptr) != SQLITE_OK) {
+        throw std::runtime_error(path + ": " + sqlite3_errmsg(handle));
+    }
+    return rows;
+}
+
+}  // namespace test
