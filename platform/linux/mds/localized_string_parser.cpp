@@ -40,6 +40,9 @@ Json::Value ParseText(const std::string& path, const std::string& text) {
         const std::string name = SectionName(parsed.key);
         if (parsed.kind == KeyValueLine::Kind::Other && !name.empty()) {
             section = &sections[name];
+            if (section->isNull()) {
+                *section = Json::Value(Json::objectValue);
+            }
         } else if (parsed.kind == KeyValueLine::Kind::KeyValue && section != nullptr) {
             (*section)[parsed.key] = parsed.value;
         } else if (parsed.kind != KeyValueLine::Kind::Blank) {

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+namespace test {
+
+/// Writes a file with the given text and mode, in place of an older one.
+/// Throws std::runtime_error where it can't.
+void WriteTextFile(const std::string& path, const std::string& text, unsigned mode = 0644);
+
+/// The text of a file; throws std::runtime_error where it can't be read.
+std::string ReadTextFile(const std::string& path);
+
+}  // namespace test
