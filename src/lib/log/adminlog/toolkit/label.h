@@ -24,6 +24,23 @@ struct Label {
 /// The label's English text; empty when the text files lack it.
 std::string LabelText(Label const& label);
 
+/// A value that is shown by a text.
+struct Word {
+    const char* value;
+    Label label;
+};
+
+/// The text of `value` in a table of words; empty for a value that is not in it.
+///
+/// @param words  the first of `count` rows
+std::string WordText(std::string const& value, Word const* words, std::size_t count);
+
+/// WordText in a whole table.
+template <std::size_t Count>
+std::string WordText(std::string const& value, Word const (&words)[Count]) {
+    return WordText(value, words, Count);
+}
+
 /// One row of a tab's label table.
 struct Setting {
     Label label;
