@@ -13,15 +13,14 @@ namespace serverlog::utils {
 
 /// What kind of thing stands at `path`.
 ///
-/// @throws Exception<ETag::FileSystem> with NotFound, not written to the log, when nothing is
-/// there;
-///         with StatusFail for every other reason
+/// @throws Exception<ETag::FileSystem> with NotFound when nothing is there, which is not written
+///         to the log; with StatusFail for every other reason
 boost::filesystem::file_type Status(const std::string& path);
 
 /// True when something stands at `path`.
 ///
-/// @throws Exception<ETag::FileSystem> with StatusFail where that can't be found out, such as
-///         without search permission
+/// @throws Exception<ETag::FileSystem> with StatusFail where that can't be found out: without
+///         search permission, or when what should be a folder of the path is a file
 bool Exist(const std::string& path);
 
 /// True when a folder stands at `path`. Throws as Exist does.
@@ -61,10 +60,9 @@ void RemoveAll(const std::string& path);
 /// another file system it is Copy and RemoveAll: it fails on an existing `to`, and a folder arrives
 /// empty. Meant for single files.
 ///
-/// @throws Exception<ETag::FileSystem> with RenameFail; with RenameCopyFail when the copy failed,
-/// the
-///         source is then still there; with RenameDeleteFail when the copied source could not be
-///         removed
+/// @throws Exception<ETag::FileSystem> with RenameFail; with RenameCopyFail when the copy failed
+///         and the source is still there; with RenameDeleteFail when the source could not be
+///         removed behind the copy
 void Rename(const std::string& from, const std::string& to);
 
 /// Rename, but not where `to` exists and is younger than `from`. Throws as Exist, LastWriteTime and

@@ -1,11 +1,11 @@
 #include "utils/regular_file_copy.h"
 
 #include <fcntl.h>
-#include <sys/sendfile.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <vector>
 
 namespace serverlog::utils {
 
@@ -13,7 +13,7 @@ namespace {
 
 using boost::system::error_code;
 
-constexpr std::size_t kStep = std::size_t{1} << 30;
+constexpr std::size_t kBufferSize = std::size_t{1} << 18;
 constexpr mode_t kModeBits = 07777;
 
 error_code LastError() {
@@ -64,12 +64,32 @@ class OpenFile {
     error_code error_;
 };
 
+error_code WriteAll(int descriptor, const char* bytes, std::size_t size) {
+    while (size > 0) {
+        const ssize_t written = write(descriptor, bytes, size);
+        if (written < 0) {
+            return LastError();
+        }
+        bytes += written;
+        size -= static_cast<std::size_t>(written);
+    }
+    return {};
+}
+
+// By read(2) and write(2), as they alone work with every file system.
 error_code CopyBytes(const OpenFile& source, const OpenFile& target) {
-    ssize_t sent = 0;
-    do {
-        sent = sendfile(target.descriptor(), source.descriptor(), nullptr, kStep);
-    } while (sent > 0);
-    return sent == 0 ? error_code() : LastError();
+    std::vector<char> buffer(kBufferSize);
+    for (;;) {
+        const ssize_t size = read(source.descriptor(), buffer.data(), buffer.size());
+        if (size <= 0) {
+            return size == 0 ? error_code() : LastError();
+        }
+        const error_code error =
+            WriteAll(target.descriptor(), buffer.data(), static_cast<std::size_t>(size));
+        if (error) {
+            return error;
+        }
+    }
 }
 
 }  // namespace

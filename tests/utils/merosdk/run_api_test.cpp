@@ -6,6 +6,7 @@
 #include <syslog.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <regex>
 #include <stdexcept>
 #include <vector>
@@ -62,7 +63,9 @@ TEST(CallApiGetData, HandsTheCallOverAsAdminAndReturnsTheData) {
     });
     Json::Value params;
     params["id"] = 7;
+    errno = EIO;
     const Json::Value data = CallApiGetData(kApi, "get", params, 3);
+    EXPECT_EQ(errno, 0);
     EXPECT_EQ(ToJsonText(data), "{\"call\":\"get 3 admin\",\"params\":{\"id\":7}}\n");
     EXPECT_EQ(SectionLines(log), kEnteredAndLeft);
 }

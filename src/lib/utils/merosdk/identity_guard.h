@@ -15,8 +15,8 @@ class IdentityGuard {
     /// @param target  an id of -1 stays what it is
     /// @param file    source path for the lines in the system log; kept, so a literal
     /// @param line    source line for them
-    /// @throws runas_error when the system refuses the switch, after a line in the system log; the
-    ///         former ids are in force then
+    /// @throws runas_error when the system refuses the switch, after a line in the system log; a
+    ///         switch that got half way is undone
     IdentityGuard(const EffectiveIds& target, const char* file, int line);
 
     /// Switches back. Where the system refuses that, a line in the system log is all that tells.
