@@ -1,0 +1,24 @@
+#include <mailserver-log/record/adminlog/admin_log.h>
+
+#include "record/column_exchange.h"
+
+namespace serverlog::record {
+
+const std::vector<std::string>& AdminLog::GetInsertFields() const {
+    static const std::vector<std::string> fields = ColumnNames<AdminLog>();
+    return fields;
+}
+
+void AdminLog::soci_FromBase(const soci::values& values) {
+    ReadColumns(values, NullText::Refused, *this);
+}
+
+void AdminLog::soci_ToBase(soci::values& values, soci::indicator& indicator) const {
+    WriteColumns(*this, values, indicator);
+}
+
+bool operator==(const AdminLog& a, const AdminLog& b) {
+    return EqualColumns(a, b);
+}
+
+}  // namespace serverlog::record

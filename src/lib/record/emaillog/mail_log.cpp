@@ -1,0 +1,24 @@
+#include <mailserver-log/record/emaillog/mail_log.h>
+
+#include "record/column_exchange.h"
+
+namespace serverlog::record {
+
+const std::vector<std::string>& MailLog::GetInsertFields() const {
+    static const std::vector<std::string> fields = ColumnNames<MailLog>();
+    return fields;
+}
+
+void MailLog::soci_FromBase(const soci::values& values) {
+    ReadColumns(values, NullText::Empty, *this);
+}
+
+void MailLog::soci_ToBase(soci::values& values, soci::indicator& indicator) const {
+    WriteColumns(*this, values, indicator);
+}
+
+bool operator==(const MailLog& a, const MailLog& b) {
+    return EqualColumns(a, b);
+}
+
+}  // namespace serverlog::record
