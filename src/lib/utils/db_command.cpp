@@ -1,0 +1,45 @@
+#include "utils/db_command.h"
+
+#include <mailserver-log/utils/error_line.h>
+#include <soci/soci.h>
+
+#include <algorithm>
+
+#include "utils/strings.h"
+
+namespace serverlog::utils {
+
+bool ExecMultipleQuery(merodbquery::Session& session, const std::string& script) {
+    for (const std::string& piece : Split(script, ';')) {
+        const std::string statement = Trim(piece);
+        if (!statement.empty() && !session.RawQuery(statement)) {
+            SERVERLOG_ERROR_LINE("exec query error: %s", statement.c_str());
+            return false;
+        }
+    }
+    return true;
+}
+
+std::vector<std::string> EnumColumns(merodbquery::Session& session, const std::string& table,
+                                     unsigned long columns) {
+    try {
+        std::vector<int> ids(columns);
+        std::vector<std::string> names(columns);
+        soci::session& raw = session.GetRawSession();
+        soci::transaction transaction(raw);
+        raw << "PRAGMA table_info(" + table + ");", soci::into(ids), soci::into(names);
+        transaction.commit();
+        return names;
+    } catch (const soci::soci_error& error) {
+        SERVERLOG_ERROR_LINE("Enum column error: %s", error.what());
+        return {};
+    }
+}
+
+bool ColumnExist(merodbquery::Session& session, const std::string& table, const std::string& name,
+                 unsigned long columns) {
+    const std::vector<std::string> names = EnumColumns(session, table, columns);
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+}  // namespace serverlog::utils
