@@ -1,0 +1,18 @@
+#pragma once
+
+#include <mailserver-log/db/crea_table.h>
+#include <merodbquery/insert_query.h>
+#include <soci/soci.h>
+
+namespace serverlog::db {
+
+template <class T>
+bool CreaTable<T>::Create(const T& record) {
+    const std::vector<std::string> fields = record.GetInsertFields();
+    merodbquery::InsertQuery query(session_, table_);
+    query.SetInsertAll(fields);
+    query.Bind(soci::use(record));
+    return query.Execute();
+}
+
+}  // namespace serverlog::db

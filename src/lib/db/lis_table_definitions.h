@@ -1,0 +1,129 @@
+#pragma once
+
+#include <mailserver-log/db/lis_table.h>
+#include <mailserver-log/db/select_query_expose.h>
+#include <merodbquery/select_query.h>
+#include <soci/soci.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "db/page.h"
+#include "utils/db_command.h"
+
+namespace serverlog::db {
+
+namespace internal {
+
+/// Only the exact text means ascending.
+inline bool IsDescending(const std::string& order) {
+    return order != "ASC";
+}
+
+inline UnionBase::Order UnionOrder(bool descending) {
+    return descending ? UnionBase::DESC : UnionBase::ASC;
+}
+
+/// The number of rows of a select, which selects all columns again afterwards.
+unsigned long Count(SelectQueryExpose& select);
+
+}  // namespace internal
+
+template <class T>
+LisTable<T>::LisTable(merodbquery::Session& session, std::string table)
+    : table_(std::move(table)), session_(session) {}
+
+template <class T>
+std::vector<T> LisTable<T>::List() {
+    return List(merodbquery::Condition::Null(), "", "");
+}
+
+template <class T>
+std::vector<T> LisTable<T>::List(const merodbquery::Condition& condition) {
+    return List(condition, "", "");
+}
+
+template <class T>
+std::vector<T> LisTable<T>::List(const merodbquery::Condition& condition, const std::string& sort,
+                                 const std::string& order) {
+    T record;
+    merodbquery::SelectQuery query(session_, table_);
+    query.Bind(soci::into(record));
+    if (!sort.empty() && !order.empty()) {
+        query.OrderBy(sort, internal::IsDescending(order) ? merodbquery::SelectBase::DESC
+                                                          : merodbquery::SelectBase::ASC);
+    }
+    query.Where(condition);
+    query.ExecuteWithoutPreFetch();
+    std::vector<T> records;
+    while (query.Fetch()) {
+        records.push_back(record);
+    }
+    return records;
+}
+
+template <class T>
+std::tuple<unsigned long, std::vector<T>> LisTable<T>::UnionList(
+    const merodbquery::Condition& condition, const std::string& sort, const std::string& order,
+    const std::vector<std::string>& schemas) {
+    return UnionList(condition, sort, order, 0, -1, schemas);
+}
+
+template <class T>
+std::tuple<unsigned long, std::vector<T>> LisTable<T>::UnionList(
+    const merodbquery::Condition& condition, const std::string& sort, const std::string& order,
+    int offset, int limit, const std::vector<std::string>& schemas) {
+    T record;
+    UnionAllSelectQuery query(session_);
+    query.Bind(soci::into(record));
+    unsigned long total = 0;
+    for (const std::string& schema : schemas) {
+        SelectQueryExpose select(session_, schema + "." + table_);
+        select.Where(condition);
+        total += internal::Count(select);
+        query.UnionAll(select);
+    }
+    const internal::Page page = internal::FromNearerEnd(
+        total, {offset, limit, internal::IsDescending(order), /*reversed=*/false});
+    if (!sort.empty()) {
+        query.OrderBy(sort, internal::UnionOrder(page.descending));
+    }
+    query.Offset(page.offset);
+    query.Limit(page.limit);
+    query.ExecuteWithoutPreFetch();
+    std::vector<T> records;
+    while (query.Fetch()) {
+        records.push_back(record);
+    }
+    if (page.reversed) {
+        std::reverse(records.begin(), records.end());
+    }
+    return {total, std::move(records)};
+}
+
+template <class T>
+UnionAllSelectQuery LisTable<T>::UnionStepList(const merodbquery::Condition& condition,
+                                               const std::string& sort, const std::string& order,
+                                               int offset, int limit,
+                                               const std::vector<std::string>& schemas, T& record) {
+    UnionAllSelectQuery query(session_);
+    query.Bind(soci::into(record));
+    for (const std::string& schema : schemas) {
+        SelectQueryExpose select(session_, schema + "." + table_);
+        select.Where(condition);
+        query.UnionAll(select);
+    }
+    if (!sort.empty()) {
+        query.OrderBy(sort, internal::UnionOrder(internal::IsDescending(order)));
+    }
+    query.Offset(offset);
+    query.Limit(limit);
+    return query;
+}
+
+template <class T>
+std::vector<std::string> LisTable<T>::Columns() {
+    return utils::EnumColumns(session_, table_, utils::kMostColumns);
+}
+
+}  // namespace serverlog::db

@@ -1,0 +1,97 @@
+#include <gtest/gtest.h>
+#include <mailserver-log/db/crea_table.h>
+#include <mailserver-log/db/union_all_select.h>
+
+#include <functional>
+#include <string>
+
+namespace serverlog::db {
+namespace {
+
+using merodbquery::Condition;
+
+TEST(UnionBase, WritesItsClauses) {
+    const struct {
+        const char* text;
+        std::function<void(UnionBase&)> set;
+    } rows[] = {
+        {"", [](UnionBase&) {}},
+        {"", [](UnionBase& base) { base.Offset(-5), base.Limit(-5); }},
+        {" LIMIT -1 OFFSET 5", [](UnionBase& base) { base.Offset(5); }},
+        {" LIMIT 0", [](UnionBase& base) { base.Limit(0); }},
+        {" LIMIT 10 OFFSET 20", [](UnionBase& base) { base.Limit(10), base.Offset(20); }},
+        {" ORDER BY a ASC, b DESC",
+         [](UnionBase& base) {
+             base.OrderBy("a", UnionBase::ASC), base.OrderBy("b", UnionBase::DESC);
+         }},
+        {" GROUP BY a HAVING b = ? ORDER BY c DESC LIMIT 1",
+         [](UnionBase& base) {
+             base.Limit(1);
+             base.OrderBy("c", UnionBase::DESC);
+             base.Having(Condition::Equal("b", "x"));
+             base.GroupBy("a");
+         }},
+    };
+    for (const auto& row : rows) {
+        UnionBase base;
+        row.set(base);
+        merodbquery::PositionBinder binder;
+        EXPECT_EQ(base.ComposeQuery(Condition::Null(), binder), row.text);
+    }
+}
+
+TEST(UnionAllSelectQuery, JoinsItsSelectsAndCollectsTheirValues) {
+    const auto session = merodbquery::Session::SQLite(":memory:");
+    UnionAllSelectQuery query(session);
+    query.OrderBy("date", UnionBase::DESC);
+    EXPECT_EQ(query.GetQuery(), "") << "no clause without a select";
+    {
+        SelectQueryExpose select(session, "main.t");
+        select.Where(Condition::Equal("a", "1"));
+        query.UnionAll(select);
+    }
+    const std::string first = "SELECT * FROM main.t WHERE a = ?";
+    EXPECT_EQ(query.GetQuery(), first + " ORDER BY date DESC");
+    SelectQueryExpose select(session, "old.t");
+    query.UnionAll(select);
+    query.Limit(10);
+    query.Offset(20);
+    EXPECT_EQ(query.GetQuery(), first +
+                                    " UNION ALL SELECT * FROM old.t"
+                                    " ORDER BY date DESC LIMIT 10 OFFSET 20");
+}
+
+TEST(UnionAllSelectQuery, BindsTheValuesOfAllSelectsInTheirOrder) {
+    auto session = merodbquery::Session::SQLite(":memory:");
+    session.RawQuery("CREATE TABLE t (a TEXT, b TEXT)");
+    session.RawQuery("INSERT INTO t VALUES ('1', 'x'), ('2', 'x'), ('2', 'y'), ('3', 'y')");
+    UnionAllSelectQuery query(session);
+    std::string a;
+    std::string b;
+    query.Bind(soci::into(a));
+    query.Bind(soci::into(b));
+    for (const char* wanted : {"1", "2"}) {
+        SelectQueryExpose select(session, "t");
+        select.Where(Condition::Equal("a", wanted) || Condition::Equal("a", "3"));
+        query.UnionAll(select);
+    }
+    query.OrderBy("a", UnionBase::ASC);
+    query.OrderBy("b", UnionBase::DESC);
+    EXPECT_FALSE(query.Fetch()) << "not run";
+    query.ExecuteWithoutPreFetch();
+    std::string rows;
+    while (query.Fetch()) {
+        rows += a + b + " ";
+    }
+    EXPECT_EQ(rows, "1x 2y 2x 3y 3y ");
+    EXPECT_EQ(query.ErrorText(), "");
+}
+
+TEST(InsertFields, AreWrittenAsAnInsertTakesThem) {
+    EXPECT_EQ(internal::fields_to_str({"a", "b"}), "(a, b) ");
+    EXPECT_EQ(internal::fields_to_values_str({"a", "b"}), " VALUES(:a, :b) ");
+    EXPECT_EQ(internal::fields_to_str({}), "() ");
+}
+
+}  // namespace
+}  // namespace serverlog::db
