@@ -4,12 +4,17 @@
 
 #include <memory>
 #include <stdexcept>
+#include <utility>
 
 namespace test {
 namespace {
 
-int KeepFirstColumn(void* rows, int /*count*/, char** texts, char** /*names*/) {
-    static_cast<std::vector<std::string>*>(rows)->emplace_back(texts[0] ? texts[0] : "NULL");
+int KeepRow(void* rows, int count, char** texts, char** /*names*/) {
+    std::string row;
+    for (int i = 0; i < count; ++i) {
+        row += (i == 0 ? "" : "|") + std::string(texts[i] ? texts[i] : "NULL");
+    }
+    static_cast<std::vector<std::string>*>(rows)->push_back(std::move(row));
     return 0;
 }
 
@@ -20,7 +25,7 @@ std::vector<std::string> RunOnFile(const std::string& path, const std::string& s
     sqlite3_open(path.c_str(), &handle);
     const std::unique_ptr<sqlite3, int (*)(sqlite3*)> closer(handle, sqlite3_close);
     std::vector<std::string> rows;
-    if (sqlite3_exec(handle, sql.c_str(), KeepFirstColumn, &rows, nullptr) != SQLITE_OK) {
+    if (sqlite3_exec(handle, sql.c_str(), KeepRow, &rows, nullptr) != SQLITE_OK) {
         throw std::runtime_error(path + ": " + sqlite3_errmsg(handle));
     }
     return rows;

@@ -88,7 +88,7 @@ class MAILSERVER_LOG_EXPORT BaseDB {
     BaseDB(const BaseDB&) = default;
 
  private:
-    bool CreateWhole(const std::string& schema);
+    bool CreateWhole(const std::string& schema, int newest);
     bool RunUpgradeFuncs();
     bool SetVersion(int version);
     std::time_t RecordTime(const std::string& query);

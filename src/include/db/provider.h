@@ -33,6 +33,9 @@ class MAILSERVER_LOG_EXPORT Provider {
 
     /// Opens the store. DB is AdminLogDB, MailLogDB or SecurityLogDB.
     ///
+    /// Each call for an external store makes a link of its own, of which only the last one is
+    /// removed in the end: call it once there.
+    ///
     /// @param shared  use the one session that the process keeps for the path, instead of a new
     /// one;
     ///                no effect on an external store

@@ -1,0 +1,54 @@
+#include "db/emaillog/mail_log_upgrade.h"
+
+#include <string>
+
+#include "db/emaillog/mail_log_schema.h"
+#include "utils/db_command.h"
+
+namespace serverlog::db::emaillog {
+
+namespace {
+
+constexpr char kDropOldIndices[] =
+    "\nDROP INDEX IF EXISTS message_index;"
+    "\nDROP INDEX IF EXISTS queue_index;"
+    "\nDROP INDEX IF EXISTS date_index;"
+    "\nDROP INDEX IF EXISTS from_index;"
+    "\nDROP INDEX IF EXISTS to_index;"
+    "\nDROP INDEX IF EXISTS size_index;"
+    "\nDROP INDEX IF EXISTS status_index;"
+    "\nDROP INDEX IF EXISTS mail_log_table_queue_id_idx;"
+    "\nDROP INDEX IF EXISTS mail_log_table_host_idx;";
+
+// An older writer's tables may be there, whatever the file's version says.
+bool RunUnlessColumnExists(merodbquery::Session& session, const std::string& column,
+                           const std::string& script) {
+    return utils::ColumnExist(session, kSchema.Table(), column, utils::kMostColumns) ||
+           utils::ExecMultipleQuery(session, script);
+}
+
+}  // namespace
+
+bool V0_NOOP(merodbquery::Session& /*session*/) {
+    return true;
+}
+
+bool V1_CreateDataBase(merodbquery::Session& session) {
+    return RunUnlessColumnExists(session, "message_id", kSchema.CreateTable(1));
+}
+
+bool V2_CreateIndex(merodbquery::Session& session) {
+    return utils::ExecMultipleQuery(session, kDropOldIndices + kSchema.CreateIndices(2));
+}
+
+bool V3_InsertSubjectColumn(merodbquery::Session& session) {
+    return RunUnlessColumnExists(session, "subject",
+                                 kSchema.AddColumns(3) + kSchema.CreateIndices(3));
+}
+
+bool V4_InsertOriMailFromColumn(merodbquery::Session& session) {
+    return RunUnlessColumnExists(session, "ori_mail_to",
+                                 kSchema.AddColumns(4) + kSchema.CreateIndices(4));
+}
+
+}  // namespace serverlog::db::emaillog
