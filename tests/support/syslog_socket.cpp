@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstring>
 #include <regex>
+#include <stdexcept>
 #include <system_error>
 
 namespace test {
@@ -45,23 +46,46 @@ SyslogSocket::SyslogSocket() : descriptor_(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLO
     }
     chmod(kPath, 0666);  // as a syslog daemon does: every user may write lines
     closelog();          // the C library may still be connected to the socket of an earlier test
+    receiver_ = std::thread([this] { Receive(); });
 }
 
 SyslogSocket::~SyslogSocket() {
+    shutdown(descriptor_, SHUT_RD);  // ends the receiver
+    receiver_.join();
     close(descriptor_);
     unlink(kPath);
 }
 
-std::vector<SyslogSocket::Line> SyslogSocket::Take() {
-    std::vector<Line> lines;
+void SyslogSocket::Receive() {
+    pollfd poll_entry = {descriptor_, POLLIN | POLLRDHUP, 0};
+    while ((poll_entry.revents & POLLRDHUP) == 0) {
+        poll(&poll_entry, 1, -1);
+        const std::lock_guard<std::mutex> lock(mutex_);
+        Drain();
+    }
+}
+
+void SyslogSocket::Drain() {
     std::string buffer(kLongestLine, '\0');
     for (;;) {
         const ssize_t size = recv(descriptor_, buffer.data(), buffer.size(), MSG_DONTWAIT);
-        if (size < 0) {
-            return lines;
+        if (size <= 0) {
+            return;
         }
-        lines.push_back(Parse(buffer.substr(0, static_cast<std::size_t>(size))));
+        datagrams_.push_back(buffer.substr(0, static_cast<std::size_t>(size)));
+        arrived_.notify_all();
     }
+}
+
+std::vector<SyslogSocket::Line> SyslogSocket::Take() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    Drain();
+    std::vector<Line> lines;
+    for (const std::string& datagram : datagrams_) {
+        lines.push_back(Parse(datagram));
+    }
+    datagrams_.clear();
+    return lines;
 }
 
 std::vector<std::string> SyslogSocket::TakeTexts(int priority) {
@@ -84,8 +108,8 @@ std::vector<std::string> SyslogSocket::TakeErrors() {
 }
 
 bool SyslogSocket::Wait(std::chrono::milliseconds limit) {
-    pollfd poll_entry = {descriptor_, POLLIN, 0};
-    return poll(&poll_entry, 1, static_cast<int>(limit.count())) > 0;
+    std::unique_lock<std::mutex> lock(mutex_);
+    return arrived_.wait_for(lock, limit, [this] { return !datagrams_.empty(); });
 }
 
 }  // namespace test

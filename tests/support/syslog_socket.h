@@ -1,7 +1,10 @@
 #pragma once
 
 #include <chrono>
+#include <condition_variable>
+#include <mutex>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace test {
@@ -37,7 +40,15 @@ class SyslogSocket {
     bool Wait(std::chrono::milliseconds limit);
 
  private:
+    void Receive();
+    void Drain();
+
     int descriptor_;
+    std::mutex mutex_;
+    std::condition_variable arrived_;
+    std::vector<std::string> datagrams_;
+    // The kernel keeps but a few datagrams (net.unix.max_dgram_qlen), and syslog(3) waits for room.
+    std::thread receiver_;
 };
 
 }  // namespace test
