@@ -6,7 +6,8 @@
 namespace serverlog::log::adminlog {
 
 /// `LoggerConfig Get_<key>_Config()` for each operation of the table: builds the operation's rules
-/// afresh, reads no state, and may be called by several threads at once. GetConfig finds them by key.
+/// afresh, reads no state, and may be called by several threads at once. GetConfig finds them by
+/// key.
 #define MAILSERVER_LOG_OPERATION(key, info, diff, translate, ...) \
     MAILSERVER_LOG_EXPORT LoggerConfig Get_##key##_Config();
 #include <mailserver-log/log/adminlog/operations/table.def>

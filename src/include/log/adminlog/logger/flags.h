@@ -11,9 +11,7 @@ namespace serverlog::log::adminlog {
 MAILSERVER_LOG_EXPORT Json::Value DownloadFlag(Json::Value const& params);
 
 /// An InfoFunction for uploads: an object with "force_log" true and "name" as in `params`, or the
-/// empty string when there is none.
-///
-/// Throws Json::LogicError when `params` is neither an object nor null.
+/// empty string when there is no such text.
 MAILSERVER_LOG_EXPORT Json::Value UploadFlag(Json::Value const& params);
 
 }  // namespace serverlog::log::adminlog

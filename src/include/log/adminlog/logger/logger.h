@@ -5,6 +5,7 @@
 
 #include <json/value.h>
 
+#include <ctime>
 #include <string>
 #include <vector>
 
@@ -57,7 +58,7 @@ class MAILSERVER_LOG_EXPORT Logger {
 
  private:
     bool IsForced() const;
-    std::string ComposeTail(MERO::APIRequest& request, long time) const;
+    std::string ComposeTail(MERO::APIRequest& request, std::time_t time) const;
 
     std::string name_;
     Json::Value params_;

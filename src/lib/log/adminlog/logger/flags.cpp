@@ -1,6 +1,6 @@
 #include <mailserver-log/log/adminlog/logger/flags.h>
 
-#include "log/adminlog/toolkit/reading.h"
+#include "log/adminlog/toolkit/tolerant_reading.h"
 
 namespace serverlog::log::adminlog {
 
@@ -13,7 +13,7 @@ Json::Value DownloadFlag(Json::Value const& /*params*/) {
 Json::Value UploadFlag(Json::Value const& params) {
     Json::Value info;
     info["force_log"] = true;
-    info["name"] = GetKeyVal(params, "name");
+    info["name"] = TryGetKeyVal(params, "name");
     return info;
 }
 
