@@ -24,8 +24,8 @@ int mailConfGet(const std::string& key, std::string& value);
 ///
 /// @param key       name of the setting: letters, digits, "_", "-" and "."
 /// @param value     value in one line: no line feed, carriage return or NUL
-/// @param announce  true also tells the change in the mail log at notice level: for what an
-///                  administrator would set, false for a program's own book-keeping
+/// @param announce  true also tells the change, without the value, in the mail log at notice level:
+///                  for what an administrator would set; false for a program's own book-keeping
 /// @param flags     0; no flag is known, and any other value is refused
 /// @return 0 once the value is on the disk; -1 when an argument is refused, the old file cannot be
 ///         read or holds a line that is no setting, or the new one cannot be written. The file is

@@ -2,23 +2,32 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <syslog.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
 
 #include "common/file_descriptor.h"
+#include "common/folders.h"
 #include "mailserver/maillog.h"
 
 namespace {
 
+using platform::FileDescriptor;
+
 // Read access is enough for flock(2), so that a process that may not write the file locks it too.
-platform::FileDescriptor OpenLockFile(const char* path) {
-    std::error_code error;
-    std::filesystem::create_directories(std::filesystem::path(path).parent_path(), error);
-    return platform::FileDescriptor(open(path, O_RDONLY | O_CREAT | O_CLOEXEC | O_NOCTTY, 0644));
+FileDescriptor OpenLockFile(const char* path) {
+    constexpr int kFlags = O_RDONLY | O_CREAT | O_CLOEXEC;
+    platform::MakeParentFolders(path);
+    FileDescriptor made(open(path, kFlags | O_EXCL, 0644));
+    if (made) {
+        // A narrow umask must not keep the processes of other users from the lock.
+        fchmod(made.Get(), 0644);
+        return made;
+    }
+    return errno == EEXIST ? FileDescriptor(open(path, kFlags, 0644)) : FileDescriptor();
 }
 
 bool Lock(int descriptor, int operation) {
@@ -36,7 +45,7 @@ bool pscFileLockByFile(const char* path, BOOL flag, int* fd) {
     if (path == nullptr || fd == nullptr) {
         return false;
     }
-    platform::FileDescriptor file = OpenLockFile(path);
+    FileDescriptor file = OpenLockFile(path);
     if (!file || !Lock(file.Get(), LOCK_EX | (flag != 0 ? 0 : LOCK_NB))) {
         maillog(LOG_WARNING, "lock %s: %s", path, std::strerror(errno));
         return false;

@@ -10,12 +10,12 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
 #include <sstream>
 #include <vector>
 
 #include "common/file_descriptor.h"
 #include "common/file_text.h"
+#include "common/folders.h"
 #include "common/key_value_line.h"
 #include "mailserver/maillog.h"
 
@@ -158,8 +158,7 @@ int mailConfSet(const std::string& key, const std::string& value, bool announce,
         errno = EINVAL;
         return Fail("write a setting to");
     }
-    std::error_code error;
-    std::filesystem::create_directories(kFolder, error);  // where it fails, the lock tells why
+    platform::MakeParentFolders(kPath);
     const FileDescriptor folder = LockFolder(LOCK_EX);
     if (!folder) {
         return Fail("lock the folder of");
@@ -173,7 +172,8 @@ int mailConfSet(const std::string& key, const std::string& value, bool announce,
         return Fail("write");
     }
     if (announce) {
-        maillog(LOG_NOTICE, "setting %s was changed to \"%s\"", key.c_str(), value.c_str());
+        // Without the value: it may be a secret.
+        maillog(LOG_NOTICE, "setting %s was changed", key.c_str());
     }
     return 0;
 }

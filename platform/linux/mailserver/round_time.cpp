@@ -17,8 +17,9 @@ long FloorDivide(long number, long divisor) {
 using PeriodKey = std::pair<long, long>;
 
 PeriodKey KeyOf(long time, CountInterval interval) {
+    const std::time_t moment = time;
     std::tm local = {};
-    localtime_r(&time, &local);
+    localtime_r(&moment, &local);
     const long day = FloorDivide(time + local.tm_gmtoff, kDay);
     switch (interval) {
         case CountInterval::Hour:

@@ -81,10 +81,11 @@ std::string DescribeStatus(int status) {
     if (WIFSIGNALED(status)) {
         return "killed by signal " + std::to_string(WTERMSIG(status));
     }
-    if (WEXITSTATUS(status) == kCannotStart) {
-        return "cannot be started";
-    }
-    return "ended with status " + std::to_string(WEXITSTATUS(status));
+    const int number = WEXITSTATUS(status);
+    // A shell ends so too when it does not find a program.
+    const char* hint =
+        number == kCannotStart ? ": it, or a program that it needs, cannot be started" : "";
+    return "ended with status " + std::to_string(number) + hint;
 }
 
 int WaitFor(pid_t process, int& status) {

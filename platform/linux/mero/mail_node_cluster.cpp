@@ -99,7 +99,7 @@ bool ReadSetting(const char* key, const char* missing, std::string& value) {
 }  // namespace
 
 std::string MEROMailNodeCluster::getHostIP() const {
-    const std::string set = Setting("cluster_host_ip");
+    std::string set = Setting("cluster_host_ip");
     if (!set.empty()) {
         return set;
     }
@@ -108,7 +108,7 @@ std::string MEROMailNodeCluster::getHostIP() const {
 }
 
 std::string MEROMailNodeCluster::getHostIF() const {
-    const std::string set = Setting("cluster_host_interface");
+    std::string set = Setting("cluster_host_interface");
     if (!set.empty()) {
         return set;
     }

@@ -3,6 +3,7 @@
 #include <mailserver/file_lock.h>
 #include <sched.h>
 #include <signal.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
@@ -122,6 +123,20 @@ TEST(FileLock, ReadingRightIsEnough) {
             return std::string(pscFileLockByFile("/tmp/read-only.lock", 1, &lock) ? "yes" : "no");
         }),
         "yes");
+}
+
+TEST(FileLock, NarrowMaskShutsNobodyOut) {
+    constexpr char kMadePath[] = "/var/lock/postcube_server/made/test.lock";
+    EXPECT_EQ(test::InChild([&] {
+                  umask(077);
+                  int lock = -1;
+                  return std::string(pscFileLockByFile(kMadePath, 1, &lock) ? "yes" : "no");
+              }),
+              "yes");
+    using std::filesystem::perms;
+    EXPECT_EQ(std::filesystem::status(kMadePath).permissions(), perms(0644));
+    const auto folder = std::filesystem::path(kMadePath).parent_path();
+    EXPECT_EQ(std::filesystem::status(folder).permissions(), perms(0755));
 }
 
 }  // namespace
