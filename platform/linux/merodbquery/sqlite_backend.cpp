@@ -7,20 +7,20 @@
 namespace merodbquery {
 namespace {
 
-soci::sqlite3_session_backend& Backend(soci::session& session) {
-    return *static_cast<soci::sqlite3_session_backend*>(session.get_backend());
+sqlite_api::sqlite3*& HandleOf(soci::session& session) {
+    return static_cast<soci::sqlite3_session_backend*>(session.get_backend())->conn_;
 }
 
 }  // namespace
 
 void OpenOnHandle(soci::session& session, sqlite3* handle) {
     session.open(soci::sqlite3, ":memory:");
-    sqlite_api::sqlite3_close(Backend(session).conn_);
+    sqlite_api::sqlite3_close(HandleOf(session));
     ReplaceHandle(session, handle);
 }
 
 void ReplaceHandle(soci::session& session, sqlite3* handle) {
-    Backend(session).conn_ = reinterpret_cast<sqlite_api::sqlite3*>(handle);
+    HandleOf(session) = reinterpret_cast<sqlite_api::sqlite3*>(handle);
 }
 
 }  // namespace merodbquery
