@@ -47,7 +47,9 @@ bool pscFileLockByFile(const char* path, BOOL flag, int* fd) {
     }
     FileDescriptor file = OpenLockFile(path);
     if (!file || !Lock(file.Get(), LOCK_EX | (flag != 0 ? 0 : LOCK_NB))) {
-        maillog(LOG_WARNING, "lock %s: %s", path, std::strerror(errno));
+        if (errno != EWOULDBLOCK) {  // held elsewhere is an answer, not a fault
+            maillog(LOG_WARNING, "lock %s: %s", path, std::strerror(errno));
+        }
         return false;
     }
     *fd = file.Release();

@@ -88,7 +88,7 @@ std::string DescribeStatus(int status) {
     return "ended with status " + std::to_string(number) + hint;
 }
 
-int WaitFor(pid_t process, int& status) {
+pid_t WaitFor(pid_t process, int& status) {
     pid_t result;
     do {
         result = waitpid(process, &status, 0);
