@@ -50,6 +50,12 @@ std::string FillPlaceholders(std::string statement, std::vector<std::string> con
     return statement;
 }
 
+void WriteLine(std::string text, std::string const& fragment, std::string const& tail) {
+    text += fragment;
+    text += tail;
+    syslog(line::kPriority, "%s", text.c_str());
+}
+
 }  // namespace
 
 Logger::Logger(std::string name, Json::Value params)
@@ -89,7 +95,7 @@ void Logger::Log(MERO::APIRequest* request, MERO::APIResponse* response) {
         for (std::string const& statement : tab.statements) {
             for (std::string const& fragment :
                  ComposeStatement(statement, diff, response->GetBody())) {
-                syslog(line::kPriority, "%s", (head + fragment + tail).c_str());
+                WriteLine(head, fragment, tail);
             }
         }
     }
@@ -108,6 +114,7 @@ std::vector<std::string> Logger::ComposeStatement(std::string const& statement,
         SERVERLOG_ERROR_LINE("Log webapi operation[%s] error!", name_.c_str());
     }
     std::vector<std::string> fragments;
+    fragments.reserve(rows.size());
     for (std::vector<std::string> const& values : rows) {
         fragments.push_back(Member(line::kStatement, Quoted(FillPlaceholders(statement, values))));
     }

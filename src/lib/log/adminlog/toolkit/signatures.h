@@ -12,9 +12,10 @@ namespace serverlog::log::adminlog {
 /// TranslateEdit;`. What each does and when it is called stands at InfoFunction, DiffFunction,
 /// TranslateFunction and Translator::format.
 ///
-/// What an info or a diff function throws reaches the web API frame (but for Exception<ETag::SDK>
-/// of an info function), so those read what a request holds with tolerant_reading.h. What a
-/// translate function or a format throws costs the template's statements and an error line.
+/// What an info or a diff function throws reaches the web API frame, but for Exception<ETag::Log>
+/// and Exception<ETag::SDK> of an info function; so those read what a request holds with
+/// tolerant_reading.h. What a translate function or a format throws costs the template's statements
+/// and an error line.
 ///
 /// Each translate function answers the templates that it knows and ignores any other.
 using InfoSignature = Json::Value(Json::Value const& params);
