@@ -16,6 +16,13 @@ Json::Value LoadOldState(char const* api, char const* method, Json::Value const&
     return data.isObject() ? data : Json::Value();
 }
 
+Json::Value WholeListQuery() {
+    Json::Value query;
+    query["offset"] = 0;
+    query["limit"] = -1;
+    return query;
+}
+
 Json::Value IndexedEntries(Json::Value const& list, std::string const& key) {
     Json::Value entries(Json::objectValue);
     for (Json::Value const& entry : list) {

@@ -16,6 +16,9 @@ namespace serverlog::log::adminlog {
 Json::Value LoadOldState(char const* api, char const* method,
                          Json::Value const& query = Json::objectValue);
 
+/// The parameters with which a list method gives all that it has.
+Json::Value WholeListQuery();
+
 /// The entries of a list by their text under `key`, as IndexedReference; but an object also when
 /// there is none, and without what is no entry.
 Json::Value IndexedEntries(Json::Value const& list, std::string const& key);

@@ -6,8 +6,8 @@
 #include "log/adminlog/toolkit/formatting.h"
 #include "log/adminlog/toolkit/label.h"
 #include "log/adminlog/toolkit/muggle_translate.h"
+#include "log/adminlog/toolkit/old_state.h"
 #include "log/adminlog/toolkit/reading.h"
-#include "utils/merosdk/run_api.h"
 
 namespace serverlog::log::adminlog::account {
 
@@ -69,8 +69,7 @@ StatementRows FirstValueRow(std::string const& key, FormatSignature* format,
 }  // namespace
 
 Json::Value SystemQuotaInfo(Json::Value const& /*params*/) {
-    return utils::CallApiGetData("MERO.PostCubeServer.MailboxQuota", "get_system_quota",
-                                 Json::objectValue, 1);
+    return LoadOldState("MERO.PostCubeServer.MailboxQuota", "get_system_quota");
 }
 
 std::string RemainingCapacityText(std::string const& member, Json::Value const& object) {

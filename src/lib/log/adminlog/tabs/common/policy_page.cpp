@@ -1,19 +1,18 @@
 #include "log/adminlog/tabs/common/policy_page.h"
 
 #include "log/adminlog/toolkit/comparing.h"
+#include "log/adminlog/toolkit/list_rows.h"
 #include "log/adminlog/toolkit/muggle_translate.h"
+#include "log/adminlog/toolkit/old_state.h"
 #include "log/adminlog/toolkit/reading.h"
 #include "log/adminlog/toolkit/tolerant_reading.h"
 #include "utils/json_text.h"
-#include "utils/merosdk/run_api.h"
 
 #include <set>
 
 namespace serverlog::log::adminlog {
 
 namespace {
-
-constexpr int kApiVersion = 1;
 
 /// What tells a member from any other; the name that is shown for one does not.
 std::string Identity(Json::Value const& member) {
@@ -33,18 +32,14 @@ std::multiset<std::string> Identities(Json::Value const& members) {
 
 }  // namespace
 
-Json::Value PoliciesById(std::string const& api) {
-    Json::Value query;
-    query["offset"] = 0;
-    query["limit"] = -1;
-    Json::Value const data = utils::CallApiGetData(api, "list", query, kApiVersion);
-    return IndexedReference(TryGetObjectVal(data, "policies"), "id");
+Json::Value PoliciesById(char const* api) {
+    return IndexedEntries(LoadOldState(api, "list", WholeListQuery())["policies"], "id");
 }
 
-Json::Value PolicyRecord(std::string const& api, Json::Value const& params) {
+Json::Value PolicyRecord(char const* api, Json::Value const& params) {
     Json::Value query;
     query["id"] = TryGetObjectVal(params, "id");
-    return utils::CallApiGetData(api, "get", query, kApiVersion);
+    return LoadOldState(api, "get", query);
 }
 
 Json::Value DiffPolicyRecord(Json::Value const& old_info, Json::Value const& params) {
@@ -57,13 +52,7 @@ Json::Value DiffPolicyRecord(Json::Value const& old_info, Json::Value const& par
 }
 
 StatementRows DeletedPolicyNames(Json::Value const& old_info, Json::Value const& params) {
-    StatementRows rows;
-    for (Json::Value const& id : params["ids"]) {
-        if (old_info.isMember(id.asString())) {
-            rows.push_back({GetKeyVal(old_info[id.asString()], "name")});
-        }
-    }
-    return rows;
+    return IdentifiedRows(params["ids"], "id", old_info, MembersOf({"name"}));
 }
 
 StatementRows TranslatePolicyEdit(PolicyTemplates const& templates, std::string const& statement,

@@ -13,10 +13,10 @@
 namespace serverlog::log::adminlog {
 
 /// All policies of `api` by "id". Throws Exception<ETag::SDK> when the web API fails.
-Json::Value PoliciesById(std::string const& api);
+Json::Value PoliciesById(char const* api);
 
 /// The record that `api` gives for the request's "id". Throws as PoliciesById.
-Json::Value PolicyRecord(std::string const& api, Json::Value const& params);
+Json::Value PolicyRecord(char const* api, Json::Value const& params);
 
 /// The change map of a policy; its "members" count as changed when others are in the list, whatever
 /// their order.

@@ -2,9 +2,9 @@
 
 #include <mailserver-log/utils/error_line.h>
 
+#include "log/adminlog/toolkit/old_state.h"
 #include "log/adminlog/toolkit/reading.h"
 #include "log/adminlog/toolkit/tolerant_reading.h"
-#include "utils/merosdk/run_api.h"
 
 #include <mailserver/smtp_conf.h>
 
@@ -17,13 +17,12 @@ namespace {
 
 constexpr char kDomainApi[] = "MERO.PostCubeServer.Domain";
 constexpr char kSettingsApi[] = "MERO.PostCubeServer.Domain.Settings";
-constexpr int kApiVersion = 1;
 
 /// The "domain_info" that `api` gives for the domain of `params`.
 Json::Value DomainRecord(char const* api, char const* method, Json::Value const& params) {
     Json::Value query;
     query["domain_id"] = TryGetObjectVal(params, "domain_id");
-    return TryGetObjectVal(utils::CallApiGetData(api, method, query, kApiVersion), "domain_info");
+    return LoadOldState(api, method, query)["domain_info"];
 }
 
 /// 0, which no domain has, for what is no number.
@@ -38,11 +37,8 @@ int DomainId(Json::Value const& params) {
 }  // namespace
 
 Json::Value DomainInfo(Json::Value const& /*params*/) {
-    Json::Value query;
-    query["offset"] = 0;
-    query["limit"] = -1;
-    Json::Value const data = utils::CallApiGetData(kDomainApi, "list", query, kApiVersion);
-    return IndexedReference(TryGetObjectVal(data, "domains"), "domain_id");
+    return IndexedReference(LoadOldState(kDomainApi, "list", WholeListQuery())["domains"],
+                            "domain_id");
 }
 
 Json::Value ThisDomainInfo(Json::Value const& params) {

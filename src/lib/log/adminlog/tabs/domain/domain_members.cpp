@@ -1,26 +1,21 @@
 #include "log/adminlog/tabs/domain/domain_members.h"
 
 #include "log/adminlog/tabs/domain/domain_info.h"
+#include "log/adminlog/toolkit/old_state.h"
 #include "log/adminlog/toolkit/reading.h"
-#include "log/adminlog/toolkit/tolerant_reading.h"
-#include "utils/merosdk/run_api.h"
 
 namespace serverlog::log::adminlog::domain {
 
-Json::Value DomainWithMembers(Json::Value const& params, std::string const& api,
-                              std::string const& list) {
+Json::Value DomainWithMembers(Json::Value const& params, char const* api, char const* list) {
     if (!params.isObject() || !params.isMember("domain_id")) {
         return Json::Value();
     }
     Json::Value info = ThisDomainInfo(params);
-    Json::Value query;
+    Json::Value query = WholeListQuery();
     query["domain_id"] = params["domain_id"];
     query["action"] = "enum";
     query["query"] = "";
-    query["offset"] = 0;
-    query["limit"] = -1;
-    Json::Value const data = utils::CallApiGetData(api, "list", query, 1);
-    info[list] = IndexedReference(TryGetObjectVal(data, list), "id");
+    info[list] = IndexedReference(LoadOldState(api, "list", query)[list], "id");
     return info;
 }
 

@@ -2,8 +2,6 @@
 
 #include <json/value.h>
 
-#include <string>
-
 namespace serverlog::log::adminlog::domain {
 
 /// The record of the domain "domain_id" with one member added: its users or groups by "id".
@@ -14,7 +12,6 @@ namespace serverlog::log::adminlog::domain {
 /// @return null when the request names no domain
 ///
 /// Throws Exception<ETag::SDK> when a web API fails.
-Json::Value DomainWithMembers(Json::Value const& params, std::string const& api,
-                              std::string const& list);
+Json::Value DomainWithMembers(Json::Value const& params, char const* api, char const* list);
 
 }  // namespace serverlog::log::adminlog::domain

@@ -4,6 +4,7 @@
 #include "log/adminlog/toolkit/comparing.h"
 #include "log/adminlog/toolkit/formatting.h"
 #include "log/adminlog/toolkit/label.h"
+#include "log/adminlog/toolkit/list_rows.h"
 #include "log/adminlog/toolkit/muggle_translate.h"
 #include "log/adminlog/toolkit/reading.h"
 
@@ -65,13 +66,7 @@ StatementRows TranslateDel(std::string const& statement, Json::Value const& old_
     if (statement != kDeleted) {
         return Ignore();
     }
-    StatementRows rows;
-    for (Json::Value const& id : params["domain_ids"]) {
-        if (old_info.isMember(id.asString())) {
-            rows.push_back({GetKeyVal(old_info[id.asString()], "name")});
-        }
-    }
-    return rows;
+    return IdentifiedRows(params["domain_ids"], "domain_id", old_info, MembersOf({"name"}));
 }
 
 StatementRows TranslateSetPrimary(std::string const& statement, Json::Value const& old_info,

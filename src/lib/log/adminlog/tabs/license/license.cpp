@@ -3,9 +3,8 @@
 #include "log/adminlog/tabs/common/account_name.h"
 #include "log/adminlog/tabs/license/templates.h"
 #include "log/adminlog/toolkit/comparing.h"
+#include "log/adminlog/toolkit/old_state.h"
 #include "log/adminlog/toolkit/reading.h"
-#include "log/adminlog/toolkit/tolerant_reading.h"
-#include "utils/merosdk/run_api.h"
 
 #include <algorithm>
 #include <vector>
@@ -37,14 +36,7 @@ StatementRows MissingRows(Json::Value const& members, Json::Value const& others)
 }  // namespace
 
 Json::Value ActivatedMemberInfo(Json::Value const& /*params*/) {
-    Json::Value query;
-    query["offset"] = 0;
-    query["limit"] = -1;
-    Json::Value const data =
-        utils::CallApiGetData("MERO.PostCubeServer.License", "list_activate_member", query, 1);
-    Json::Value info;
-    info["members"] = TryGetObjectVal(data, "members");
-    return info;
+    return LoadOldState("MERO.PostCubeServer.License", "list_activate_member", WholeListQuery());
 }
 
 StatementRows TranslateActivate(std::string const& statement, Json::Value const& /*old_info*/,
