@@ -6,6 +6,9 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+# The two libraries and the program find each other wherever they are installed together.
+file(RELATIVE_PATH libraries_from_program "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
+set(CMAKE_INSTALL_RPATH "$ORIGIN" "$ORIGIN/${libraries_from_program}")
 
 file(RELATIVE_PATH source_from_build "${PROJECT_BINARY_DIR}" "${PROJECT_SOURCE_DIR}/")
 target_compile_options(
@@ -28,8 +31,6 @@ if(MAILSERVER_LOG_SANITIZE)
     target_compile_options(
         mailserver-log-options INTERFACE -fsanitize=${MAILSERVER_LOG_SANITIZE} -fno-omit-frame-pointer
                                          -fno-sanitize-recover=all)
-    # SOCI's libraries hide the type information that this check would link to.
-    target_compile_options(mailserver-log-options INTERFACE -fno-sanitize=vptr)
     # False alarms of g++ in std::regex, with sanitizers only (GCC bug 105562).
     target_compile_options(mailserver-log-options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
     # Checking casts to SOCI's backend classes takes their type information, which its library hides.

@@ -18,5 +18,7 @@ install(FILES "${PROJECT_BINARY_DIR}/mailserver-log-config.cmake"
               "${PROJECT_BINARY_DIR}/mailserver-log-config-version.cmake"
         DESTINATION "${package_directory}")
 
+# Relative, so that the installed tree may be moved, or installed below another prefix than configured.
+file(RELATIVE_PATH prefix_from_pkgconfig "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_PREFIX}")
 configure_file("${PROJECT_SOURCE_DIR}/cmake/mailserver-log.pc.in" "${PROJECT_BINARY_DIR}/mailserver-log.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/mailserver-log.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
