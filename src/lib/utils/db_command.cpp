@@ -23,11 +23,18 @@ bool ExecMultipleQuery(merodbquery::Session& session, const std::string& script)
 std::vector<std::string> EnumColumns(merodbquery::Session& session, const std::string& table,
                                      unsigned long columns) {
     try {
-        std::vector<int> ids(columns);
-        std::vector<std::string> names(columns);
         soci::session& raw = session.GetRawSession();
         soci::transaction transaction(raw);
-        raw << "PRAGMA table_info(" + table + ");", soci::into(ids), soci::into(names);
+        // Row by row: reading all rows at once, SOCI leaks the texts of the columns not asked for.
+        int id = 0;
+        std::string name;
+        soci::statement statement =
+            (raw.prepare << "PRAGMA table_info(" + table + ");", soci::into(id), soci::into(name));
+        statement.execute();
+        std::vector<std::string> names;
+        while (names.size() < columns && statement.fetch()) {
+            names.push_back(name);
+        }
         transaction.commit();
         return names;
     } catch (const soci::soci_error& error) {

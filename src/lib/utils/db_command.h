@@ -18,7 +18,7 @@ bool ExecMultipleQuery(merodbquery::Session& session, const std::string& script)
 /// The names of a table's columns in the order of the schema; none for a table that does not exist.
 ///
 /// @param table    the table's name; put into SQL as it is, so never from outside
-/// @param columns  the most names to give, above 0
+/// @param columns  the most names to give
 ///
 /// Empty, with an error line, if the query fails, as it does inside an open transaction.
 std::vector<std::string> EnumColumns(merodbquery::Session& session, const std::string& table,
