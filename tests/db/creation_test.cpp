@@ -126,7 +126,7 @@ class Creation : public testing::Test {
     const std::string table_ = DB(memory_).RotateTable();
 };
 using Stores = testing::Types<AdminLogDB, MailLogDB, SecurityLogDB>;
-TYPED_TEST_SUITE(Creation, Stores);
+TYPED_TEST_SUITE(Creation, Stores, );
 
 TYPED_TEST(Creation, MakesTheNewestSchemaAtOnce) {
     TypeParam store = this->Get();

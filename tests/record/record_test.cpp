@@ -118,7 +118,7 @@ class EveryRecord : public testing::Test {
     merodbquery::Session session_ = merodbquery::Session::SQLite(":memory:");
 };
 using Records = testing::Types<AdminLog, MailLog, SecurityLog>;
-TYPED_TEST_SUITE(EveryRecord, Records);
+TYPED_TEST_SUITE(EveryRecord, Records, );
 
 TYPED_TEST(EveryRecord, ComesBackFromATableAndFromJson) {
     for (const TypeParam& record : {TypeParam(), TableOf<TypeParam>::Full()}) {

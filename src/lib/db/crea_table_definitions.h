@@ -8,9 +8,8 @@ namespace serverlog::db {
 
 template <class T>
 bool CreaTable<T>::Create(const T& record) {
-    const std::vector<std::string> fields = record.GetInsertFields();
     merodbquery::InsertQuery query(session_, table_);
-    query.SetInsertAll(fields);
+    query.SetInsertAll(record.GetInsertFields());
     query.Bind(soci::use(record));
     return query.Execute();
 }
