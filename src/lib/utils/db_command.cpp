@@ -49,4 +49,9 @@ bool ColumnExist(merodbquery::Session& session, const std::string& table, const 
     return std::find(names.begin(), names.end(), name) != names.end();
 }
 
+bool ExecUnlessColumnExists(merodbquery::Session& session, const std::string& table,
+                            const std::string& column, const std::string& script) {
+    return ColumnExist(session, table, column, kMostColumns) || ExecMultipleQuery(session, script);
+}
+
 }  // namespace serverlog::utils

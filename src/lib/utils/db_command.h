@@ -31,4 +31,9 @@ inline constexpr unsigned long kMostColumns = 32;
 bool ColumnExist(merodbquery::Session& session, const std::string& table, const std::string& name,
                  unsigned long columns);
 
+/// ExecMultipleQuery, but true and nothing done if the table has the column already; only its first
+/// kMostColumns columns are looked at.
+bool ExecUnlessColumnExists(merodbquery::Session& session, const std::string& table,
+                            const std::string& column, const std::string& script);
+
 }  // namespace serverlog::utils

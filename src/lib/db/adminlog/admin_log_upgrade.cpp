@@ -10,12 +10,13 @@ namespace serverlog::db::adminlog {
 namespace {
 
 // The columns have been the same since the first version, but for those that are named here.
-const std::string& Definitions() {
-    static const std::string definitions = kSchema.ColumnDefinitions(1);
-    return definitions;
+std::string Definitions() {
+    return kSchema.ColumnDefinitions(1);
 }
 
-const std::string kIdDefinition = "\n\tid INTEGER PRIMARY KEY AUTOINCREMENT,";
+std::string DefinitionsWithId() {
+    return "\n\tid INTEGER PRIMARY KEY AUTOINCREMENT," + Definitions();
+}
 
 /// The script that rebuilds the table in a transaction, with nothing but the columns given, and
 /// then its indices, which went with the old table.
@@ -66,7 +67,7 @@ bool V1_CreateDataBase(merodbquery::Session& session) {
                         "\n\tCONSTRAINT func_name_log_template_unique"
                         " UNIQUE (func_name, log_template));"
                         "\nCREATE TABLE admin_log (" +
-                            kIdDefinition + Definitions() +
+                            DefinitionsWithId() +
                             ","
                             "\n\twebapi INTEGER,"
                             "\n\tFOREIGN KEY (webapi) REFERENCES\twebapi (id));" +
@@ -79,9 +80,8 @@ bool V2_UpdateWebapiRecord(merodbquery::Session& /*session*/) {
 }
 
 bool V3_DropWebapiTable(merodbquery::Session& session) {
-    return RunInWalMode(session,
-                        RebuildTable(kIdDefinition + Definitions(), "id, " + kSchema.ColumnNames(1),
-                                     "\nDROP TABLE webapi;"));
+    return RunInWalMode(session, RebuildTable(DefinitionsWithId(), "id, " + kSchema.ColumnNames(1),
+                                              "\nDROP TABLE webapi;"));
 }
 
 bool V4_DropIdColumn(merodbquery::Session& session) {

@@ -20,13 +20,6 @@ constexpr char kDropOldIndices[] =
     "\nDROP INDEX IF EXISTS mail_log_table_queue_id_idx;"
     "\nDROP INDEX IF EXISTS mail_log_table_host_idx;";
 
-// An older writer's tables may be there, whatever the file's version says.
-bool RunUnlessColumnExists(merodbquery::Session& session, const std::string& column,
-                           const std::string& script) {
-    return utils::ColumnExist(session, kSchema.Table(), column, utils::kMostColumns) ||
-           utils::ExecMultipleQuery(session, script);
-}
-
 }  // namespace
 
 bool V0_NOOP(merodbquery::Session& /*session*/) {
@@ -34,7 +27,8 @@ bool V0_NOOP(merodbquery::Session& /*session*/) {
 }
 
 bool V1_CreateDataBase(merodbquery::Session& session) {
-    return RunUnlessColumnExists(session, "message_id", kSchema.CreateTable(1));
+    return utils::ExecUnlessColumnExists(session, kSchema.Table(), "message_id",
+                                         kSchema.CreateTable(1));
 }
 
 bool V2_CreateIndex(merodbquery::Session& session) {
@@ -42,13 +36,13 @@ bool V2_CreateIndex(merodbquery::Session& session) {
 }
 
 bool V3_InsertSubjectColumn(merodbquery::Session& session) {
-    return RunUnlessColumnExists(session, "subject",
-                                 kSchema.AddColumns(3) + kSchema.CreateIndices(3));
+    return utils::ExecUnlessColumnExists(session, kSchema.Table(), "subject",
+                                         kSchema.AddColumns(3) + kSchema.CreateIndices(3));
 }
 
 bool V4_InsertOriMailFromColumn(merodbquery::Session& session) {
-    return RunUnlessColumnExists(session, "ori_mail_to",
-                                 kSchema.AddColumns(4) + kSchema.CreateIndices(4));
+    return utils::ExecUnlessColumnExists(session, kSchema.Table(), "ori_mail_to",
+                                         kSchema.AddColumns(4) + kSchema.CreateIndices(4));
 }
 
 }  // namespace serverlog::db::emaillog

@@ -17,13 +17,6 @@ constexpr char kDropOldIndices[] =
     "\nDROP INDEX IF EXISTS security_log_table_host_idx;"
     "\nDROP INDEX IF EXISTS security_log_table_event_idx;";
 
-// An older writer's tables may be there, whatever the file's version says.
-bool RunUnlessColumnExists(merodbquery::Session& session, const std::string& column,
-                           const std::string& script) {
-    return utils::ColumnExist(session, kSchema.Table(), column, utils::kMostColumns) ||
-           utils::ExecMultipleQuery(session, script);
-}
-
 }  // namespace
 
 bool V0_NOOP(merodbquery::Session& /*session*/) {
@@ -31,7 +24,7 @@ bool V0_NOOP(merodbquery::Session& /*session*/) {
 }
 
 bool V1_CreateDataBase(merodbquery::Session& session) {
-    return RunUnlessColumnExists(session, "date", kSchema.CreateTable(1));
+    return utils::ExecUnlessColumnExists(session, kSchema.Table(), "date", kSchema.CreateTable(1));
 }
 
 bool V2_CreateIndex(merodbquery::Session& session) {
@@ -39,13 +32,13 @@ bool V2_CreateIndex(merodbquery::Session& session) {
 }
 
 bool V3_InsertSenderRecipientColumn(merodbquery::Session& session) {
-    return RunUnlessColumnExists(session, "sender",
-                                 kSchema.AddColumns(3) + kSchema.CreateIndices(3));
+    return utils::ExecUnlessColumnExists(session, kSchema.Table(), "sender",
+                                         kSchema.AddColumns(3) + kSchema.CreateIndices(3));
 }
 
 bool V4_InsertSubjectColumn(merodbquery::Session& session) {
-    return RunUnlessColumnExists(session, "subject",
-                                 kSchema.AddColumns(4) + kSchema.CreateIndices(4));
+    return utils::ExecUnlessColumnExists(session, kSchema.Table(), "subject",
+                                         kSchema.AddColumns(4) + kSchema.CreateIndices(4));
 }
 
 }  // namespace serverlog::db::securitylog
