@@ -1,8 +1,51 @@
 #include <CLI/CLI.hpp>
+#include <exception>
+#include <iostream>
+
+#include "failure.h"
+#include "subcommands.h"
+
+namespace {
+
+constexpr int kDone = 0;
+constexpr int kFailed = 1;
+constexpr int kWrongUsage = 2;
+
+int Run(CLI::App& program, int argc, char** argv) {
+    try {
+        program.parse(argc, argv);
+        // Asked for here, and not by CLI11 itself, since that would hide what is wrong with a
+        // mistyped name.
+        if (program.get_subcommands().empty()) {
+            throw CLI::RequiredError("A subcommand");
+        }
+    } catch (const CLI::Success& success) {  // the help or the version was asked for
+        return program.exit(success);
+    } catch (const CLI::ParseError& error) {
+        program.exit(error);
+        return kWrongUsage;
+    } catch (...) {
+        std::cerr << "mailserver-log: " << serverlog::program::DescribeException() << std::endl;
+        return kFailed;
+    }
+    if (!std::cout.flush()) {
+        std::cerr << "mailserver-log: cannot write to standard output; is the disk full?"
+                  << std::endl;
+        return kFailed;
+    }
+    return kDone;
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
-    CLI::App program("Log back end of a mail server");
+    std::ios::sync_with_stdio(false);
+    CLI::App program(
+        "Log back end of a mail server.\n"
+        "Exit status: 0 done, 1 failed, 2 wrong usage.",
+        "mailserver-log");
     program.set_version_flag("--version", "mailserver-log " MAILSERVER_LOG_VERSION);
-    CLI11_PARSE(program, argc, argv);
-    return 0;
+    program.require_subcommand(0, 1);
+    serverlog::program::AddCollect(program);
+    return Run(program, argc, argv);
 }

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+
+namespace serverlog::program {
+
+/// Looks whether a store of the product can be opened now.
+///
+/// Opening creates or upgrades it, and what breaks off in the middle can't always be taken up
+/// again: a store whose version can't be read for a lock counts as one without tables, and a first
+/// table that is made while the disk is full stands in the way of the next attempt. So this comes
+/// first.
+///
+/// @param path     the store, which may be missing
+/// @param patience how long to wait for a lock
+///
+/// Throws soci::soci_error if the store is locked or can't be read, Failure if it has no tables yet
+/// and the disk has no room for them.
+void CheckStore(const std::string& path, std::chrono::milliseconds patience);
+
+}  // namespace serverlog::program

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace serverlog::program {
+
+/// Each adds one subcommand, which runs when it is parsed. It throws CLI::ParseError for a wrong
+/// command line, Failure if the work fails, and what the library throws.
+void AddCollect(CLI::App& program);
+
+}  // namespace serverlog::program

@@ -1,0 +1,23 @@
+#include "transaction.h"
+
+#include <soci/soci.h>
+
+namespace serverlog::program {
+
+Transaction::Transaction(merodbquery::Session& session) : session_(session) {
+    session_.GetRawSession() << "BEGIN IMMEDIATE";
+}
+
+Transaction::~Transaction() {
+    if (!committed_) {
+        // After some failures SQLite has rolled back by itself, and then this one fails.
+        session_.RawQuery("ROLLBACK");
+    }
+}
+
+void Transaction::Commit() {
+    session_.GetRawSession() << "COMMIT";
+    committed_ = true;
+}
+
+}  // namespace serverlog::program

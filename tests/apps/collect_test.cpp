@@ -1,0 +1,415 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sqlite3.h>
+#include <sys/mount.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "apps/admin_line.h"
+#include "support/program.h"
+#include "support/sqlite_file.h"
+#include "support/text_file.h"
+
+namespace {
+
+using test::AdminLine;
+using test::EscapedAdminLine;
+using test::Program;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+using testing::Not;
+
+using Texts = std::vector<std::string>;
+
+const std::string kFolder = "/var/spool/@PostCube-Server/aggr_log/";
+const std::string kStore = kFolder + "admin_log.db";
+const std::string kRejected = kFolder + "rejected.log";
+
+std::size_t Count(const std::string& text, const std::string& part) {
+    std::size_t count = 0;
+    for (std::size_t at = 0; (at = text.find(part, at)) != std::string::npos; at += part.size()) {
+        ++count;
+    }
+    return count;
+}
+
+Texts Statements() {
+    return test::RunOnFile(kStore, "SELECT statement FROM admin_log ORDER BY rowid");
+}
+
+/// Keeps the store from being written, and read, while it lives.
+class Lock {
+ public:
+    Lock() {
+        sqlite3_open(kStore.c_str(), &connection_);
+        EXPECT_EQ(sqlite3_exec(connection_, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr),
+                  SQLITE_OK);
+    }
+    ~Lock() { sqlite3_close(connection_); }
+
+ private:
+    sqlite3* connection_ = nullptr;
+};
+
+class Collect : public testing::Test {
+ protected:
+    Collect() {
+        for (const auto& entry : std::filesystem::directory_iterator(kFolder)) {
+            std::filesystem::remove_all(entry);
+        }
+    }
+
+    /// Makes the store.
+    static void CollectOne() {
+        EXPECT_EQ(Program::Run({"collect"}, AdminLine("first")).output,
+                  "collected 1, rejected 0, skipped 0\n");
+    }
+};
+
+TEST_F(Collect, StoresARow) {
+    const Program::Result result = Program::Run(
+        {"collect"},
+        "Nov 22 10:00:00 nas cgi: " + AdminLine("All mails [\xc3\xa4\n]", "{}") + "\n");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.output, "collected 1, rejected 0, skipped 0\n");
+    EXPECT_EQ(result.error, "");
+    EXPECT_THAT(test::RunOnFile(kStore,
+                                "SELECT tab_type||'|'||statement||'|'||user||'|'||uid||'|'||date||"
+                                "'|'||ip||'|'||server||'|'||webapi_param FROM admin_log"),
+                ElementsAre("20|All mails [\xc3\xa4\n]|admin|1024|1790000000|192.0.2.7|"
+                            "(192.0.2.1)|{}\n"));
+    EXPECT_FALSE(std::filesystem::exists(kRejected));
+}
+
+TEST_F(Collect, TakesWhatItCanAndKeepsWhatItCannot) {
+    const std::string cut = AdminLine("cut").substr(0, 90);
+    const std::string log = std::string("\0\xff garbage\n\r\n", 13) + EscapedAdminLine("a#011") +
+                            cut + "\nNov 22 10:00:00 nas cgi: " + AdminLine("b\n") + "\r\n" +
+                            AdminLine("c", std::string(1 << 20, ' ') + "{}") + "\n" +
+                            AdminLine("d", "{") + "\n" + std::string(3 << 20, 'x') + "\n" +
+                            AdminLine(std::string(3 << 20, 'y')) + "\n" + EscapedAdminLine("e") +
+                            AdminLine("last").substr(0, 150);
+    test::WriteTextFile("/tmp/log", log);
+    const Program::Result result = Program::Run({"collect", "--input", "/tmp/log"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.output, "collected 4, rejected 4, skipped 4\n");
+    EXPECT_THAT(Statements(), ElementsAre("a\t", "b\n", "c", "e"));
+    EXPECT_EQ(Count(result.error, "rejected a line"), 4U);
+    EXPECT_LT(result.error.size(), 4000U);
+
+    struct stat status = {};
+    ASSERT_EQ(stat(kRejected.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0600U);
+    const std::string rejected = test::ReadTextFile(kRejected);
+    EXPECT_EQ(Count(rejected, "\n"), 4U);
+    EXPECT_THAT(rejected, HasSubstr("\tthe record is cut short\t" + cut + "\n"));
+    EXPECT_THAT(rejected, HasSubstr("\tWEBAPI_PARAM is no JSON\t"));
+    EXPECT_THAT(rejected, HasSubstr("\tthe record is longer than 2097152 bytes\t"));
+    EXPECT_THAT(rejected, HasSubstr(R"("WEBAPI_PARAM":"{#012"})"));
+}
+
+TEST_F(Collect, WaitsForAStoreThatIsLocked) {
+    CollectOne();
+    Program program({"collect"});
+    {
+        const Lock lock;
+        program.Write(AdminLine("second") + "\n");
+        program.WaitForError("cannot store lines in " + kStore);
+        program.Write(AdminLine("third") + "\n");
+    }
+    const Program::Result result = program.Wait();
+    EXPECT_EQ(result.output, "collected 2, rejected 0, skipped 0\n");
+    EXPECT_THAT(result.error, HasSubstr("database is locked"));
+    EXPECT_EQ(Count(result.error, "\n"), 2U) << result.error;
+    EXPECT_THAT(Statements(), ElementsAre("first", "second", "third"));
+}
+
+TEST_F(Collect, KeepsLinesThatItCannotStoreBeforeItHasToStop) {
+    CollectOne();
+    Program program({"collect"});
+    const Lock lock;
+    program.Write(AdminLine("second") + "\n");
+    program.WaitForError("cannot store lines");
+    program.Signal(SIGTERM);
+    const Program::Result result = program.Wait();
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output, "collected 0, rejected 1, skipped 0\n");
+    EXPECT_THAT(test::ReadTextFile(kRejected), HasSubstr("\tstopped while"));
+}
+
+/// Runs with the folder of the store on a small disk of its own.
+class CollectOnSmallDisk : public Collect {
+ protected:
+    void SetUp() override {
+        if (mount("none", kFolder.c_str(), "tmpfs", 0, "size=2m") != 0) {
+            GTEST_SKIP() << "needs the right to mount a file system";
+        }
+    }
+    void TearDown() override { umount2(kFolder.c_str(), MNT_DETACH); }
+
+    static void FillDisk() {
+        const int file = creat((kFolder + "filler").c_str(), 0600);
+        const std::string block(4096, 'x');
+        while (write(file, block.data(), block.size()) > 0) {
+        }
+        close(file);
+    }
+    static void FreeDisk() { std::filesystem::remove(kFolder + "filler"); }
+};
+
+TEST_F(CollectOnSmallDisk, WaitsForRoom) {
+    CollectOne();
+    Program program({"collect"});
+    FillDisk();
+    program.Write(AdminLine(std::string(20000, 'x')) + "\n");
+    program.WaitForError("cannot store lines");
+    program.Write(AdminLine("third") + "\n");
+    FreeDisk();
+    program.Write(AdminLine("bad", "{") + "\n");
+    const Program::Result result = program.Wait();
+    EXPECT_EQ(result.output, "collected 2, rejected 1, skipped 0\n");
+    EXPECT_THAT(Statements(), ElementsAre("first", std::string(20000, 'x'), "third"));
+    EXPECT_THAT(test::RunOnFile(kStore, "PRAGMA integrity_check"), ElementsAre("ok"));
+}
+
+TEST_F(CollectOnSmallDisk, MakesTheStoreOnceThereIsRoom) {
+    Program program({"collect"});
+    FillDisk();
+    program.Write(AdminLine("first") + "\n");
+    program.WaitForError("cannot store lines");
+    FreeDisk();
+    EXPECT_EQ(program.Wait().output, "collected 1, rejected 0, skipped 0\n");
+    EXPECT_THAT(Statements(), ElementsAre("first"));
+}
+
+TEST_F(CollectOnSmallDisk, KeepsRejectedLinesOnceThereIsRoom) {
+    Program program({"collect"});
+    FillDisk();
+    program.Write(AdminLine("bad", "{") + "\n" + EscapedAdminLine("cut").substr(0, 99) + "\n" +
+                  AdminLine("third") + "\n");
+    program.WaitForError("cannot ");
+    FreeDisk();
+    EXPECT_EQ(program.Wait().output, "collected 1, rejected 2, skipped 0\n");
+    EXPECT_EQ(Count(test::ReadTextFile(kRejected), "\n"), 2U);
+}
+
+TEST_F(Collect, FollowsAStoreThatGoesAway) {
+    const struct {
+        const char* name;
+        void (*spoil)();
+        void (*mend)();
+    } rows[] = {
+        {"renamed", [] { std::filesystem::rename(kStore, kStore + ".old"); }, nullptr},
+        {"removed", [] { std::filesystem::remove(kStore); }, nullptr},
+        {"folder gone for a while",
+         [] { std::filesystem::rename("/volume1/@PostCube-Server", "/volume1/away"); },
+         [] {
+             std::filesystem::remove_all("/volume1/away/aggr_log");
+             std::filesystem::create_directory("/volume1/away/aggr_log");
+             std::filesystem::rename("/volume1/away", "/volume1/@PostCube-Server");
+         }},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        std::filesystem::remove(kStore);
+        Program program({"collect", "--confirm"});
+        const auto confirmed = [](std::size_t times) {
+            return [times](const std::string& output) { return Count(output, "OK\n") == times; };
+        };
+        program.Write(EscapedAdminLine("before"));
+        program.WaitForOutput(confirmed(2));
+        row.spoil();
+        program.Write(EscapedAdminLine("after"));
+        if (row.mend != nullptr) {
+            program.WaitForError("cannot store lines");
+            row.mend();
+        }
+        program.WaitForOutput(confirmed(3));
+        EXPECT_EQ(program.Wait().status, 0);
+        EXPECT_THAT(Statements(), ElementsAre("after"));
+    }
+}
+
+TEST_F(Collect, StoresWhatItHasReadWhenToldToStop) {
+    Program program({"collect"});
+    std::string log;
+    for (int i = 0; i < 5000; ++i) {
+        log += AdminLine(std::to_string(i)) + "\n";
+    }
+    program.Write(log);
+    program.Signal(SIGTERM);
+    const Program::Result result = program.Wait();
+    EXPECT_EQ(result.status, 0);
+    const Texts statements = Statements();
+    EXPECT_THAT(result.output, HasSubstr("collected " + std::to_string(statements.size()) + ","));
+    for (std::size_t i = 0; i < statements.size(); ++i) {
+        ASSERT_EQ(statements[i], std::to_string(i));
+    }
+}
+
+std::size_t Confirmed(const std::string& output) {
+    return Count(output, "OK\n");
+}
+
+TEST_F(Collect, ConfirmsEachLineOnceItIsStored) {
+    Program program({"collect", "--confirm"});
+    program.WaitForOutput([](const std::string& output) { return output == "OK\n"; });
+    program.Write(EscapedAdminLine("a"));
+    program.WaitForOutput([](const std::string& output) { return Confirmed(output) == 2; });
+    EXPECT_THAT(Statements(), ElementsAre("a"));
+    program.Write(EscapedAdminLine("cut").substr(0, 99) + "\n");
+    program.WaitForOutput([](const std::string& output) { return Confirmed(output) == 3; });
+    EXPECT_THAT(test::ReadTextFile(kRejected), HasSubstr("cut short"));
+    program.Write("another line\n");
+    program.WaitForOutput([](const std::string& output) { return Confirmed(output) == 4; });
+    const Program::Result result = program.Wait();
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.output, "OK\nOK\nOK\nOK\n");
+    EXPECT_THAT(result.error, HasSubstr("collected 1, rejected 1, skipped 1\n"));
+}
+
+TEST_F(Collect, ConfirmsTransactions) {
+    Program program({"collect", "--confirm"});
+    program.Write("BEGIN TRANSACTION\n" + EscapedAdminLine("a") + "x\n" + EscapedAdminLine("b"));
+    const std::string begun = "OK\nOK\nDEFER_COMMIT\nDEFER_COMMIT\nDEFER_COMMIT\n";
+    program.WaitForOutput([&begun](const std::string& output) { return output == begun; });
+    EXPECT_FALSE(std::filesystem::exists(kStore));
+    program.Write("COMMIT TRANSACTION\n");
+    program.WaitForOutput([&begun](const std::string& output) { return output == begun + "OK\n"; });
+    EXPECT_THAT(Statements(), ElementsAre("a", "b"));
+    // One that is not committed comes again at the next start.
+    program.Write("BEGIN TRANSACTION\n" + EscapedAdminLine("c"));
+    EXPECT_THAT(program.Wait().error, HasSubstr("collected 2, rejected 0, skipped 1\n"));
+    EXPECT_THAT(Statements(), ElementsAre("a", "b"));
+}
+
+TEST_F(Collect, ShowsLifeWhileAConfirmationTakesItsTime) {
+    CollectOne();
+    Program program({"collect", "--confirm"});
+    {
+        const Lock lock;
+        program.Write(EscapedAdminLine("second"));
+        program.WaitForOutput([](const std::string& output) { return output == "OK\n."; });
+    }
+    EXPECT_THAT(program.Wait().output, MatchesRegex("OK\n\\.+OK\n"));
+    EXPECT_THAT(Statements(), ElementsAre("first", "second"));
+}
+
+TEST_F(Collect, LosesAndDoublesNothingWhenKilled) {
+    Texts confirmed;
+    for (int round = 0; round < 5; ++round) {
+        Program program({"collect", "--confirm"});
+        for (std::size_t i = 1; i <= 7; ++i) {
+            const std::string statement = std::to_string(round) + "." + std::to_string(i);
+            program.Write(EscapedAdminLine(statement));
+            program.WaitForOutput(
+                [i](const std::string& output) { return Confirmed(output) == i + 1; });
+            confirmed.push_back(statement);
+        }
+        program.Write(EscapedAdminLine("unconfirmed"));
+        program.Signal(SIGKILL);
+    }
+    Texts statements = Statements();
+    statements.erase(std::remove(statements.begin(), statements.end(), "unconfirmed"),
+                     statements.end());
+    EXPECT_EQ(statements, confirmed);
+}
+
+void Send(const std::string& path, const std::string& message) {
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    const int descriptor = socket(AF_UNIX, SOCK_DGRAM, 0);
+    EXPECT_EQ(sendto(descriptor, message.data(), message.size(), 0,
+                     reinterpret_cast<const sockaddr*>(&address), sizeof address),
+              static_cast<ssize_t>(message.size()));
+    close(descriptor);
+}
+
+TEST_F(Collect, ListensOnASocket) {
+    const std::string path = "/tmp/log.socket";
+    Program program({"collect", "--socket", path});
+    program.WaitForError("listening on " + path);
+    Send(path, "<16>Nov 22 10:00:00 cgi: " + AdminLine("a\nb"));
+    Send(path, "<22>Nov 22 10:00:00 smtpd: connect");
+    Send(path, "<22>Nov 22 10:00:00 cgi: " + AdminLine("not of that priority"));
+    EXPECT_EQ(Program::Run({"collect", "--socket", path}).status, 1);
+    program.Signal(SIGTERM);
+    const Program::Result result = program.Wait();
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.output, "collected 1, rejected 1, skipped 1\n");
+    EXPECT_THAT(Statements(), ElementsAre("a\nb"));
+    EXPECT_FALSE(std::filesystem::exists(path));
+}
+
+TEST_F(Collect, GoesOnInTheJournalWhereItEnded) {
+    std::filesystem::create_directory("/tmp/bin");
+    test::WriteTextFile("/tmp/bin/journalctl",
+                        "#!/bin/sh\n"
+                        "echo \"$@\" >> /tmp/journal.arguments\n"
+                        "case \"$*\" in *after-cursor=s=2*) exit 0; esac\n"
+                        "cat /tmp/journal.entries\n",
+                        0755);
+    std::string bytes = "[255";
+    for (const char c : AdminLine("b")) {
+        bytes += "," + std::to_string(c);
+    }
+    std::string text;
+    for (const char c : AdminLine("a\x01")) {
+        text += c == '"' || c == '\\' ? std::string("\\") + c
+                : c < ' '             ? "\\u000" + std::string(1, c == '\n' ? 'a' : '1')
+                                      : std::string(1, c);
+    }
+    test::WriteTextFile("/tmp/journal.entries",
+                        "{\"__CURSOR\":\"s=1\",\"MESSAGE\":\"" + text + "\"}\n" +
+                            "{\"__CURSOR\":\"s=2\",\"MESSAGE\":" + bytes + "]}\n");
+    const Program::Environment environment = {
+        {"PATH", "/tmp/bin:" + std::string(std::getenv("PATH"))}};
+    const Program::Result first = Program::Run({"collect", "--journal", "--once"}, {}, environment);
+    EXPECT_EQ(first.output, "collected 1, rejected 1, skipped 0\n") << first.error;
+    EXPECT_THAT(Statements(), ElementsAre("a\x01"));
+    const Program::Result second =
+        Program::Run({"collect", "--journal", "--once"}, {}, environment);
+    EXPECT_EQ(second.output, "collected 0, rejected 0, skipped 0\n") << second.error;
+    EXPECT_THAT(test::ReadTextFile("/tmp/journal.arguments"),
+                MatchesRegex("[^\n]*--facility=mail --priority=emerg..emerg\n[^\n]*=s=2\n"));
+}
+
+TEST_F(Collect, EndsAtOnceWhereItCannotWork) {
+    const struct {
+        const char* name;
+        Texts arguments;
+        int status;
+        const char* error;
+    } rows[] = {
+        {"no such file", {"collect", "--input", "/tmp/none"}, 1, "cannot open /tmp/none: No such"},
+        {"a folder", {"collect", "--input", "/tmp"}, 1, "cannot read the input: Is a directory"},
+        {"no such folder", {"collect", "--socket", "/none/s"}, 1, "cannot listen on /none/s"},
+        {"two sources", {"collect", "--journal", "--socket", "/tmp/s"}, 2, "--journal"},
+        {"too much", {"collect", "more"}, 2, "more"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const Program::Result result = Program::Run(row.arguments);
+        EXPECT_EQ(result.status, row.status);
+        EXPECT_THAT(result.error, HasSubstr(row.error));
+    }
+    std::filesystem::rename(kFolder, "/volume1/away");
+    const Program::Result result = Program::Run({"collect"}, AdminLine("a"));
+    std::filesystem::rename("/volume1/away", kFolder);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.error, HasSubstr("cannot write to the folder " + kFolder));
+}
+
+}  // namespace
