@@ -47,5 +47,6 @@ int main(int argc, char** argv) {
     program.set_version_flag("--version", "mailserver-log " MAILSERVER_LOG_VERSION);
     program.require_subcommand(0, 1);
     serverlog::program::AddCollect(program);
+    serverlog::program::AddLoad(program);
     return Run(program, argc, argv);
 }

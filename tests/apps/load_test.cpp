@@ -1,0 +1,118 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "support/program.h"
+#include "support/sqlite_file.h"
+
+namespace {
+
+using test::Program;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+using Texts = std::vector<std::string>;
+
+const std::string kFolder = "/var/spool/@PostCube-Server/aggr_log/";
+
+class Load : public testing::Test {
+ protected:
+    Load() {
+        for (const auto& entry : std::filesystem::directory_iterator(kFolder)) {
+            std::filesystem::remove_all(entry);
+        }
+    }
+
+    static Texts Subjects() {
+        return test::RunOnFile(kFolder + "aggr_mail_log.db",
+                               "SELECT subject FROM mail_log_table ORDER BY rowid");
+    }
+};
+
+TEST_F(Load, FillsEveryStore) {
+    const struct {
+        const char* store;
+        const char* record;
+        const char* file;
+        const char* query;
+        const char* row;
+    } rows[] = {
+        {"admin",
+         R"({"tab_type":-1,"uid":18446744073709551615,"date":4294967296,"webapi_param":{"a":[1]}})",
+         "admin_log.db",
+         "SELECT tab_type||'|'||uid||'|'||date||'|'||statement||'|'||webapi_param FROM admin_log",
+         "-1|-1|4294967296||{\"a\":[1]}\n"},
+        {"mail", R"({"date":7,"size":8,"status":3,"mail_from":"a","ori_mail_to":"b'\u00e4"})",
+         "aggr_mail_log.db",
+         "SELECT date||size||status||mail_from||mail_to||ori_mail_to FROM mail_log_table",
+         "783ab'\xc3\xa4"},
+        {"security", R"({"date":7,"type":"spam","event":"e\u0000f"})", "aggr_security_log.db",
+         "SELECT date||type||hex(event) FROM security_log_table", "7spam650066"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.store);
+        const Program::Result result = Program::Run({"load", row.store}, row.record);
+        EXPECT_EQ(result.status, 0);
+        EXPECT_EQ(result.output, "");
+        EXPECT_EQ(result.error, "loaded 1\n");
+        EXPECT_THAT(test::RunOnFile(kFolder + row.file, row.query), ElementsAre(row.row));
+    }
+}
+
+TEST_F(Load, StopsAtALineThatItCannotRead) {
+    const struct {
+        const char* line;
+        const char* error;
+    } rows[] = {
+        {"{", "line 3: the line is no JSON"},
+        {"{} {}", "line 3: the line is no JSON"},
+        {"[]", "line 3: "},
+        {R"({"subjekt":"x"})", "subjekt"},
+        {R"({"date":"x"})", "date"},
+        {R"({"size":2147483648})", "size"},
+        {R"({"subject":1})", "subject"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.line);
+        std::filesystem::remove(kFolder + "aggr_mail_log.db");
+        const std::string input = R"({"subject":"a"})"
+                                  "\r\n \n" +
+                                  std::string(row.line) + "\n" + R"({"subject":"b"})";
+        const Program::Result stopped = Program::Run({"load", "mail"}, input);
+        EXPECT_EQ(stopped.status, 1);
+        EXPECT_THAT(stopped.error, HasSubstr(row.error));
+        EXPECT_THAT(stopped.error, HasSubstr("line 3: "));
+        EXPECT_THAT(stopped.error, HasSubstr("the 1 records before it are stored"));
+        EXPECT_THAT(Subjects(), ElementsAre("a"));
+
+        const Program::Result kept_going =
+            Program::Run({"load", "mail", "-", "--keep-going", "--batch", "1"}, input);
+        EXPECT_EQ(kept_going.status, 1);
+        EXPECT_THAT(kept_going.error, HasSubstr("line 3: "));
+        EXPECT_THAT(kept_going.error, HasSubstr("loaded 2, unreadable 1\n"));
+        EXPECT_THAT(Subjects(), ElementsAre("a", "a", "b"));
+    }
+}
+
+TEST_F(Load, TakesManyRows) {
+    std::string input;
+    for (int i = 0; i < 2500; ++i) {
+        input += "{\"subject\":\"" + std::to_string(i) + "\"}\n";
+    }
+    EXPECT_EQ(Program::Run({"load", "mail"}, input).error, "loaded 2500\n");
+    EXPECT_EQ(Subjects().size(), 2500U);
+}
+
+TEST_F(Load, NeedsTheFolderOfTheStore) {
+    std::filesystem::rename(kFolder, "/volume1/away");
+    const Program::Result result = Program::Run({"load", "mail"}, "{}");
+    std::filesystem::rename("/volume1/away", kFolder);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.error, HasSubstr("cannot open the store " + kFolder + "aggr_mail_log.db"));
+    EXPECT_EQ(Program::Run({"load", "mail", "/tmp/none"}).status, 1);
+}
+
+}  // namespace
