@@ -48,5 +48,6 @@ int main(int argc, char** argv) {
     program.require_subcommand(0, 1);
     serverlog::program::AddCollect(program);
     serverlog::program::AddLoad(program);
+    serverlog::program::AddList(program);
     return Run(program, argc, argv);
 }

@@ -8,5 +8,6 @@ namespace serverlog::program {
 /// command line, Failure if the work fails, and what the library throws.
 void AddCollect(CLI::App& program);
 void AddLoad(CLI::App& program);
+void AddList(CLI::App& program);
 
 }  // namespace serverlog::program

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace serverlog::program {
+
+/// Writes rows as CSV (RFC 4180): lines end with CR and LF, and a cell with a comma, a quote or a
+/// line end stands in quotes.
+///
+/// A cell that a spreadsheet would take for a formula, since it begins with "=", "+", "-", "@", a
+/// tab or a CR, gets an apostrophe in front: log texts come from strangers.
+class CsvWriter {
+ public:
+    /// @param out  must outlive this object
+    explicit CsvWriter(std::ostream& out) : out_(out) {}
+
+    void Write(const std::vector<std::string>& cells);
+
+ private:
+    void WriteCell(std::string_view cell);
+
+    std::ostream& out_;
+};
+
+}  // namespace serverlog::program
