@@ -46,6 +46,7 @@ int main(int argc, char** argv) {
         "mailserver-log");
     program.set_version_flag("--version", "mailserver-log " MAILSERVER_LOG_VERSION);
     program.require_subcommand(0, 1);
+    serverlog::program::AddCall(program);
     serverlog::program::AddCollect(program);
     serverlog::program::AddLoad(program);
     serverlog::program::AddList(program);

@@ -6,6 +6,7 @@ namespace serverlog::program {
 
 /// Each adds one subcommand, which runs when it is parsed. It throws CLI::ParseError for a wrong
 /// command line, Failure if the work fails, and what the library throws.
+void AddCall(CLI::App& program);
 void AddCollect(CLI::App& program);
 void AddLoad(CLI::App& program);
 void AddList(CLI::App& program);

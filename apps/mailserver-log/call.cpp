@@ -1,0 +1,154 @@
+#include <mailserver-log/log/adminlog/logger/logger.h>
+#include <mero/api_request.h>
+#include <mero/api_response.h>
+#include <mero/api_runner.h>
+#include <syslog.h>
+
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "failure.h"
+#include "input.h"
+#include "stores.h"
+#include "subcommands.h"
+#include "syslog_echo.h"
+
+namespace serverlog::program {
+
+namespace {
+
+constexpr char kIdentifier[] = "mailserver-log";
+constexpr char kNothingGiven[] = "";
+
+struct CallOptions {
+    std::string operation;
+    std::string params_path = kNothingGiven;
+    std::string body_path = kNothingGiven;
+    int error = 0;
+    std::string user = "admin";
+    unsigned int uid = 1024;
+    std::string ip = "127.0.0.1";
+    std::vector<std::string> exec;  // API, METHOD, VERSION
+    bool echo = false;
+};
+
+Json::Value ReadParams(const std::string& path) {
+    if (path.empty()) {
+        return Json::Value(Json::objectValue);
+    }
+    Json::Value params = ParseDocument(ReadInput(path), path + " (the parameters)");
+    if (!params.isObject()) {
+        throw Failure(path + " (the parameters) is no JSON object; write {\"name\": value, ...}");
+    }
+    return params;
+}
+
+Json::Value ReadBody(const std::string& path) {
+    return path.empty() ? Json::Value() : ParseDocument(ReadInput(path), path + " (the body)");
+}
+
+int ReadVersion(const std::string& text) {
+    int version = 0;
+    if (!CLI::detail::lexical_cast(text, version)) {
+        throw CLI::ValidationError("--exec", "VERSION is no number: " + text);
+    }
+    return version;
+}
+
+void RunApi(const CallOptions& options, int version, const Json::Value& params,
+            MERO::APIResponse& response) {
+    const std::string& api = options.exec[0];
+    const std::string& method = options.exec[1];
+    Json::Value result;
+    MERO::APIRunner::Exec(result, api.c_str(), version, method.c_str(), params,
+                          options.user.c_str());
+    if (result["success"].isBool() && result["success"].asBool()) {
+        response.SetSuccess(result["data"]);
+        return;
+    }
+    const Json::Value& code = result["error"]["code"];
+    response.SetError(
+        code.isInt() && code.asInt() != 0 ? code.asInt() : MERO::APIRunner::kHandlerFailed,
+        result["error"]);
+    std::cerr << "mailserver-log: " << api << " " << method << " failed with code "
+              << response.GetError()
+              << "; such a call is logged only where the operation asks for it" << std::endl;
+}
+
+void Log(log::adminlog::Logger& logger, const CallOptions& options, MERO::APIRequest& request,
+         MERO::APIResponse& response) {
+    std::optional<SyslogEcho> echo;
+    if (options.echo) {
+        echo.emplace(kIdentifier);
+    }
+    try {
+        logger.Log(&request, &response);
+    } catch (...) {
+        throw Failure("cannot log " + options.operation + ": " + DescribeException() +
+                      "; check that " + kStoreFolder + " exists and that you may write there");
+    }
+    if (echo) {
+        echo->Finish(std::cout, std::cerr);
+    }
+}
+
+void RunCall(const CallOptions& options) {
+    if (options.params_path == "-" && options.body_path == "-") {
+        throw CLI::ValidationError("--body", "standard input holds the parameters already");
+    }
+    const int version = options.exec.empty() ? 0 : ReadVersion(options.exec[2]);
+    // All input is read before anything happens.
+    const Json::Value params = ReadParams(options.params_path);
+    const Json::Value body = ReadBody(options.body_path);
+    openlog(kIdentifier, 0, LOG_USER);
+    log::adminlog::Logger logger(options.operation, params);
+    logger.PreLog();
+    MERO::APIRequest request(options.user, options.uid, options.ip, params);
+    MERO::APIResponse response;
+    if (!options.exec.empty()) {
+        RunApi(options, version, params, response);
+    } else {
+        response.SetError(options.error, body);
+    }
+    Log(logger, options, request, response);
+}
+
+}  // namespace
+
+void AddCall(CLI::App& program) {
+    const auto options = std::make_shared<CallOptions>();
+    CLI::App* call = program.add_subcommand(
+        "call",
+        "Wrap one web API call in the operation logger, which writes its statements to the system "
+        "log.\nA file that is missing or is no JSON ends it with status 1 and nothing is logged. "
+        "An "
+        "operation without rules, and a call that fails, are no failure of this program.");
+    call->add_option("OPERATION", options->operation,
+                     "Operation, such as Webapi_Domain_Set; a version (_v1) may follow")
+        ->required();
+    call->add_option("--params", options->params_path,
+                     "File with the parameters, a JSON object; - is standard input [{}]")
+        ->type_name("FILE");
+    auto* body = call->add_option("--body", options->body_path,
+                                  "File with the response's body, a JSON value [null]")
+                     ->type_name("FILE");
+    auto* error = call->add_option("--error", options->error, "The response's error code [0]");
+    call->add_option("--user", options->user, "Login name of the caller [admin]")
+        ->type_name("NAME");
+    call->add_option("--uid", options->uid, "User number of the caller [1024]")->type_name("N");
+    call->add_option("--ip", options->ip, "Address of the caller [127.0.0.1]")
+        ->type_name("ADDRESS");
+    call->add_option("--exec", options->exec,
+                     "Run this web API method with the parameters; its result is the response")
+        ->type_name("API METHOD VERSION")
+        ->expected(3)
+        ->excludes(body)
+        ->excludes(error);
+    call->add_flag("--echo", options->echo, "Write each line to standard output, too");
+    call->callback([options] { RunCall(*options); });
+}
+
+}  // namespace serverlog::program

@@ -1,0 +1,67 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "support/program.h"
+
+namespace {
+
+using test::Program;
+using testing::HasSubstr;
+
+TEST(Program, TellsWhatItIs) {
+    const struct {
+        std::vector<std::string> arguments;
+        const char* output;
+    } rows[] = {
+        {{"--version"}, "mailserver-log 4."}, {{"--help"}, "collect"},
+        {{"call", "--help"}, "--exec"},       {{"collect", "--help"}, "--confirm"},
+        {{"load", "--help"}, "--keep-going"}, {{"list", "--help"}, "--since"},
+    };
+    for (const auto& row : rows) {
+        const Program::Result result = Program::Run(row.arguments);
+        EXPECT_EQ(result.status, 0) << row.output;
+        EXPECT_THAT(result.output, HasSubstr(row.output));
+        EXPECT_EQ(result.error, "");
+    }
+}
+
+TEST(Program, RefusesAWrongCommandLine) {
+    const struct {
+        std::vector<std::string> arguments;
+        const char* error;
+    } rows[] = {
+        {{}, "subcommand"},
+        {{"nothing"}, "nothing"},
+        {{"--nothing"}, "--nothing"},
+        {{"call"}, "OPERATION"},
+        {{"call", "x", "--uid", "-1"}, "--uid"},
+        {{"call", "x", "--error", "none"}, "--error"},
+        {{"call", "x", "--exec", "API", "get"}, "--exec"},
+        {{"call", "x", "--exec", "API", "get", "one"}, "VERSION is no number: one"},
+        {{"call", "x", "--exec", "API", "get", "1", "--body", "-"}, "--body"},
+        {{"call", "x", "--params", "-", "--body", "-"}, "standard input"},
+        {{"load"}, "STORE"},
+        {{"load", "none"}, "none"},
+        {{"load", "mail", "--batch", "0"}, "--batch"},
+        {{"list", "admin", "--subject", "x"}, "--subject"},
+        {{"list", "mail", "--status", "gone"}, "gone is no status"},
+        {{"list", "admin", "--type", "spam"}, "spam is no number"},
+        {{"list", "mail", "--sort", "none"}, "take one of date, size"},
+        {{"list", "mail", "--limit", "-1"}, "--limit"},
+        {{"list", "mail", "--since", "soon"}, "\"soon\" is no time"},
+        {{"list", "mail", "--format", "xml"}, "--format"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.error);
+        const Program::Result result = Program::Run(row.arguments);
+        EXPECT_EQ(result.status, 2);
+        EXPECT_EQ(result.output, "");
+        EXPECT_THAT(result.error, HasSubstr(row.error));
+    }
+    struct stat status = {};
+    EXPECT_NE(stat("/var/spool/@PostCube-Server/aggr_log/aggr_mail_log.db", &status), 0)
+        << "a store was made";
+}
+
+}  // namespace
