@@ -106,4 +106,25 @@ TEST_F(OperationCasesTest, TakesParametersOfAnyShape) {
     }
 }
 
+TEST_F(OperationCasesTest, TakesOldStatesOfAnyShape) {
+    std::set<std::string> done;
+    for (OperationCase const& row : test::LoadOperationCases()) {
+        test::OperationCall call = row.call;
+        if (!done.insert(call.operation).second) {
+            continue;
+        }
+        for (std::string const& api_call : Run(call).api_calls) {
+            for (auto& [method, reply] : call.replies) {
+                if (api_call.rfind(method + " ", 0) != 0) {
+                    continue;
+                }
+                ForEachOddity(reply, reply, [&](Json::Value const& odd) {
+                    EXPECT_NO_THROW(Run(call))
+                        << row.name << " with " << serverlog::utils::ToJsonText(odd);
+                });
+            }
+        }
+    }
+}
+
 }  // namespace

@@ -3,7 +3,6 @@
 #include <mailserver-log/utils/error_line.h>
 
 #include "log/adminlog/toolkit/old_state.h"
-#include "log/adminlog/toolkit/reading.h"
 #include "log/adminlog/toolkit/tolerant_reading.h"
 
 #include <mailserver/smtp_conf.h>
@@ -22,7 +21,8 @@ constexpr char kSettingsApi[] = "MERO.PostCubeServer.Domain.Settings";
 Json::Value DomainRecord(char const* api, char const* method, Json::Value const& params) {
     Json::Value query;
     query["domain_id"] = TryGetObjectVal(params, "domain_id");
-    return LoadOldState(api, method, query)["domain_info"];
+    Json::Value const record = LoadOldState(api, method, query)["domain_info"];
+    return record.isObject() ? record : Json::Value();
 }
 
 /// 0, which no domain has, for what is no number.
@@ -37,8 +37,8 @@ int DomainId(Json::Value const& params) {
 }  // namespace
 
 Json::Value DomainInfo(Json::Value const& /*params*/) {
-    return IndexedReference(LoadOldState(kDomainApi, "list", WholeListQuery())["domains"],
-                            "domain_id");
+    return IndexedEntries(LoadOldState(kDomainApi, "list", WholeListQuery())["domains"],
+                          "domain_id");
 }
 
 Json::Value ThisDomainInfo(Json::Value const& params) {

@@ -2,7 +2,6 @@
 
 #include "log/adminlog/tabs/domain/domain_info.h"
 #include "log/adminlog/toolkit/old_state.h"
-#include "log/adminlog/toolkit/reading.h"
 
 namespace serverlog::log::adminlog::domain {
 
@@ -15,7 +14,7 @@ Json::Value DomainWithMembers(Json::Value const& params, char const* api, char c
     query["domain_id"] = params["domain_id"];
     query["action"] = "enum";
     query["query"] = "";
-    info[list] = IndexedReference(LoadOldState(api, "list", query)[list], "id");
+    info[list] = IndexedEntries(LoadOldState(api, "list", query)[list], "id");
     return info;
 }
 

@@ -6,6 +6,7 @@
 #include "log/adminlog/toolkit/comparing.h"
 #include "log/adminlog/toolkit/label.h"
 #include "log/adminlog/toolkit/muggle_translate.h"
+#include "log/adminlog/toolkit/old_state.h"
 #include "log/adminlog/toolkit/reading.h"
 #include "log/adminlog/toolkit/tolerant_reading.h"
 
@@ -24,7 +25,7 @@ bool IsUnderGroupControl(Json::Value const& user) {
 
 /// Puts the addresses that came and went into `changes`.
 void CompareAliases(Json::Value const& old_user, Json::Value const& user, Json::Value& changes) {
-    Json::Value gone = IndexedReference(TryGetObjectVal(old_user, "aliases"), "alias");
+    Json::Value gone = IndexedEntries(TryGetObjectVal(old_user, "aliases"), "alias");
     changes["add_list"] = Json::arrayValue;
     for (Json::Value const& entry : TryGetObjectVal(user, "aliases")) {
         std::string const alias = TryGetKeyVal(entry, "alias");
