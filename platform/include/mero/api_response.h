@@ -4,7 +4,8 @@
 
 namespace MERO {
 
-/// The answer to one call of the web API. A new one is a success with a null body.
+/// The answer to one call of the web API. A new one is a success with a null body, whose reply is
+/// to be written.
 ///
 /// One thread uses it at a time.
 class APIResponse {
@@ -27,9 +28,21 @@ class APIResponse {
     /// Replaces the body and leaves the error code as it is.
     void SetBody(const Json::Value& body) { body_ = body; }
 
+    /// @param enable  false keeps the program from writing Reply(), because the method writes its
+    ///                reply itself
+    void SetEnableOutput(bool enable) { output_enabled_ = enable; }
+
+    /// Whether the program that carries out the call is to write Reply().
+    bool IsOutputEnabled() const { return output_enabled_; }
+
+    /// The document that the client gets: {"success":true,"data":<body>}, or
+    /// {"success":false,"error":{"code":<code>}}, to which the body of a failure does not belong.
+    Json::Value Reply() const;
+
  private:
     int error_ = 0;
     Json::Value body_;
+    bool output_enabled_ = true;
 };
 
 }  // namespace MERO

@@ -11,4 +11,15 @@ void APIResponse::SetError(int code, const Json::Value& data) {
     body_ = data;
 }
 
+Json::Value APIResponse::Reply() const {
+    Json::Value reply;
+    reply["success"] = error_ == 0;
+    if (error_ == 0) {
+        reply["data"] = body_;
+    } else {
+        reply["error"]["code"] = error_;
+    }
+    return reply;
+}
+
 }  // namespace MERO
