@@ -83,6 +83,10 @@ class MAILSERVER_LOG_EXPORT BaseDB {
     /// there.
     bool Detach(const std::string& name);
 
+    /// The schema names to read the store by: "main", then what Attach added. Valid as long as the
+    /// store object.
+    const std::vector<std::string>& Schemas() const { return schemas_; }
+
  protected:
     /// The copy shares the connection.
     BaseDB(const BaseDB&) = default;
