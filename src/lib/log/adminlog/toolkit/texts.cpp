@@ -4,13 +4,6 @@
 
 namespace serverlog::log::adminlog {
 
-namespace {
-
-constexpr char kPostCubeTexts[] = "/var/packages/PostCube-Server/target/app/texts/";
-constexpr char kSystemTexts[] = "/usr/mero/meroman/webman/texts/";
-
-}  // namespace
-
 Json::Value GetParsedText(std::string const& path) {
     return MDS::LocalizedStringParser::ParseTexts(path);
 }

@@ -9,6 +9,11 @@ namespace serverlog::log::adminlog {
 /// The language of every statement, whatever the administrator's own is.
 inline constexpr char kStatementLanguage[] = "enu";
 
+/// Folders of the mail server's and the operating system's texts; a language is the file or folder
+/// of that name in it.
+inline constexpr char kPostCubeTexts[] = "/var/packages/PostCube-Server/target/app/texts/";
+inline constexpr char kSystemTexts[] = "/usr/mero/meroman/webman/texts/";
+
 /// Parses a text file or the text folder at `path`: an object of sections, each an object of keys
 /// with their texts; what cannot be read is missing there.
 Json::Value GetParsedText(std::string const& path);
