@@ -1,0 +1,34 @@
+#pragma once
+
+#include <json/value.h>
+#include <mailserver-log/db/securitylog/security_log_db.h>
+#include <mailserver-log/db/union_all_select.h>
+#include <mailserver-log/export.h>
+#include <mailserver-log/record/securitylog/security_log.h>
+#include <mailserver-log/webapi/securitylog/list.h>
+
+#include <tuple>
+
+namespace serverlog::webapi::securitylog {
+
+/// Writes all rows of the security log that a search finds to standard output, as
+/// adminlog::Export_v1 does for its log; of the values only the subject is escaped. Takes the
+/// parameters of List. The labels are the texts of the product and of the system in the language of
+/// the request.
+class MAILSERVER_LOG_EXPORT Export : public List {
+ public:
+    /// The request form. The frame writes no reply of its own.
+    Export(MERO::APIRequest* request, MERO::APIResponse* response);
+
+    /// The JSON form.
+    explicit Export(const Json::Value& params);
+
+    /// Returns 0 and an empty object once the document is written.
+    std::tuple<int, Json::Value> Execute() override;
+
+ private:
+    db::UnionAllSelectQuery DbStepList(db::SecurityLogDB& db, record::SecurityLog& record);
+    void ExportLog(db::UnionAllSelectQuery& query, record::SecurityLog& record);
+};
+
+}  // namespace serverlog::webapi::securitylog

@@ -1,0 +1,77 @@
+#include "webapi/export_document.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <string_view>
+#include <system_error>
+
+namespace serverlog::webapi::internal {
+
+namespace {
+
+[[noreturn]] void ThrowWriteError() {
+    throw std::system_error(errno, std::generic_category(), "standard output");
+}
+
+void Write(std::string_view text) {
+    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) {
+        ThrowWriteError();
+    }
+}
+
+void Flush() {
+    if (std::fflush(stdout) != 0) {
+        ThrowWriteError();
+    }
+}
+
+}  // namespace
+
+void ExportDocument::Begin() {
+    const std::string title = Text(layout_.title);
+    Write(layout_.content_type);
+    Write(std::string("Content-Disposition:attachment; filename=\"") + layout_.file_name +
+          "\"\n\n");
+    Write("<html><head>\n");
+    Write("<meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8;\">\n");
+    Write("<title>" + title + "</title>\n");
+    Write("</head>\n");
+    Write("<body>\n");
+    Write("<center><h2> " + title + " </h2></center>\n");
+    Write("<table border=1 width=95%>\n");
+    Write("<tr>\n");
+    for (std::size_t i = 0; i < layout_.column_count; ++i) {
+        Write("<th>" + Heading(layout_.columns[i]) + "</th>");
+    }
+    Write("</tr>\n");
+}
+
+void ExportDocument::Row(const std::vector<std::string>& values) {
+    Write("<tr>\n");
+    for (std::size_t i = 0; i < layout_.column_count; ++i) {
+        Write(layout_.columns[i].cell_begin);
+        Write(values.at(i));
+        Write(layout_.columns[i].cell_end);
+    }
+    Write("</tr>\n");
+    if (layout_.flushes_rows) {
+        Flush();
+    }
+}
+
+void ExportDocument::End() {
+    Write("</table></body></html>\n");
+    Flush();
+}
+
+std::string ExportDocument::Text(const TextKey& key) const {
+    const Json::Value& texts = key.is_system_text ? texts_.system : texts_.product;
+    return texts[key.section][key.key].asString();
+}
+
+std::string ExportDocument::Heading(const ExportColumn& column) const {
+    return column.second_label.key == nullptr ? Text(column.label)
+                                              : Text(column.label) + Text(column.second_label);
+}
+
+}  // namespace serverlog::webapi::internal

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <json/value.h>
+#include <mailserver-log/db/union_all_select.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace serverlog::webapi::internal {
+
+/// The parsed text files that a document takes its words from; null or missing texts are empty
+/// words.
+struct ExportTexts {
+    Json::Value product;
+    Json::Value system;
+};
+
+/// Names a text of these files.
+struct TextKey {
+    const char* section;
+    const char* key;
+    bool is_system_text = false;
+};
+
+/// One column of a document: its heading, and what stands around the value of each cell.
+struct ExportColumn {
+    TextKey label;
+    const char* cell_begin;
+    const char* cell_end;
+    /// Follows the heading without a blank, if it has a key.
+    TextKey second_label = {nullptr, nullptr};
+};
+
+/// What a log's document looks like.
+struct ExportLayout {
+    const char* content_type;  ///< the HTTP header with its line end
+    const char* file_name;
+    TextKey title;
+    /// Whether the client gets each row as it is found, instead of when a buffer is full.
+    bool flushes_rows;
+    const ExportColumn* columns;
+    std::size_t column_count;
+};
+
+/// An HTML document, with the HTTP headers before it, on its way to standard output.
+///
+/// All functions throw std::system_error when standard output does not take what they write, such
+/// as with EPIPE when the client has gone; what is written stays written.
+class ExportDocument {
+ public:
+    /// Both parameters must outlive this object.
+    ExportDocument(const ExportLayout& layout, const ExportTexts& texts)
+        : layout_(layout), texts_(texts) {}
+
+    /// Writes all that stands before the rows.
+    void Begin();
+
+    /// Writes a row.
+    /// @param values  one for each column, written as they are
+    void Row(const std::vector<std::string>& values);
+
+    /// Writes all that stands behind the rows, and flushes.
+    void End();
+
+ private:
+    std::string Text(const TextKey& key) const;
+    std::string Heading(const ExportColumn& column) const;
+
+    const ExportLayout& layout_;
+    const ExportTexts& texts_;
+};
+
+/// Writes the document of all rows of a query.
+///
+/// @param query     not yet run
+/// @param record    what the query fetches into
+/// @param to_cells  makes the values of a row from the record
+///
+/// Throws soci::soci_error if the query can't be run, which is behind the headings, and as
+/// ExportDocument does.
+template <class Record, class ToCells>
+void WriteExport(const ExportLayout& layout, const ExportTexts& texts,
+                 db::UnionAllSelectQuery& query, const Record& record, ToCells to_cells) {
+    ExportDocument document(layout, texts);
+    document.Begin();
+    query.ExecuteWithoutPreFetch();
+    while (query.Fetch()) {
+        document.Row(to_cells(record));
+    }
+    document.End();
+}
+
+}  // namespace serverlog::webapi::internal
