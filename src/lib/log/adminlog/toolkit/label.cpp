@@ -30,8 +30,8 @@ std::vector<Translator> MakeTranslators(Setting const* settings, std::size_t cou
     std::vector<Translator> translators;
     translators.reserve(count);
     for (Setting const* setting = settings; setting != settings + count; ++setting) {
-        translators.push_back(
-            {setting->prefix + LabelText(setting->label), setting->parameter, setting->format});
+        translators.push_back({setting->prefix + LabelText(setting->label) + setting->suffix,
+                               setting->parameter, setting->format});
     }
     return translators;
 }

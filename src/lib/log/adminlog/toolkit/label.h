@@ -49,6 +49,8 @@ struct Setting {
     std::string (*format)(std::string const& member, Json::Value const& object);
     /// Stands before the label's text.
     const char* prefix = "";
+    /// Stands behind the label's text.
+    const char* suffix = "";
 };
 
 /// The translators of a label table, in its order.
