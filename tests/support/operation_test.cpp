@@ -14,6 +14,8 @@
 
 #include <syslog.h>
 
+#include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <set>
 #include <stdexcept>
@@ -99,6 +101,9 @@ OperationTest::OperationTest() {
     Link("platform/enu", kSystemTextFolder);
     WriteTextFile(kDomains, R"({"domains":[{"domain_id":1,"name":"example.com"}]})");
     mailConfSet("cluster_host_ip", "192.0.2.1", false, 0);
+    mailConfSet("cluster_host_interface", "eth0", false, 0);
+    setenv("TZ", "UTC", 1);
+    tzset();
 }
 
 OperationResult OperationTest::Run(OperationCall const& call) {

@@ -43,7 +43,7 @@ struct OperationResult {
 };
 
 /// For tests of operations: a system log to read from, the English texts that we ship in their
-/// place, and a host with the address 192.0.2.1.
+/// place, the time zone UTC, and a host with the address 192.0.2.1 on its interface eth0.
 class OperationTest : public ::testing::Test {
  protected:
     OperationTest();
