@@ -26,7 +26,7 @@ void Collector::Run() {
     try {
         Loop();
     } catch (const Failure&) {
-        if (!source_.ComesAgain()) {
+        if (!source_.ComesAgain() && HasPending()) {
             Store();
         }
         throw;
@@ -105,28 +105,36 @@ void Collector::Store() {
     source_.Stored();
 }
 
-// Told to stop while storing fails. Nobody but us has the lines, unless the source keeps them.
+// Told to stop while storing fails.
 void Collector::GiveUp() {
     const std::size_t count = records_.size() + rejections_.size();
-    std::string where = "they come again at the next start";
-    if (!source_.ComesAgain()) {
-        records_.clear();
-        for (std::string& message : std::exchange(messages_, {})) {
-            Reject(std::move(message), "stopped while the store could not be written");
-        }
-        try {
-            rejected_log_.Append(rejections_);
-            rejected_ += rejections_.size();
-            where = "they are kept in " + rejected_log_.Path();
-        } catch (const Failure&) {
-            for (const Rejection& rejection : rejections_) {
-                talk_ << rejection.message << '\n';
-            }
-            where = "they stand above";
-        }
-        rejections_.clear();
-    }
+    const std::string where =
+        source_.ComesAgain() ? "they come again at the next start" : KeepElsewhere();
     throw Failure("stopped before " + std::to_string(count) + " lines could be stored; " + where);
+}
+
+// Nobody but us has the lines.
+std::string Collector::KeepElsewhere() {
+    records_.clear();
+    for (std::string& message : std::exchange(messages_, {})) {
+        Reject(std::move(message), "stopped while the store could not be written");
+    }
+    const std::vector<Rejection> rejections = std::exchange(rejections_, {});
+    try {
+        rejected_log_.Append(rejections);
+    } catch (const Failure&) {
+        for (const Rejection& rejection : rejections) {
+            talk_ << rejection.message << '\n';
+        }
+        return "they stand above";
+    }
+    rejected_ += rejections.size();
+    try {
+        source_.Stored();
+    } catch (const Failure&) {
+        // Who waited for the answer is gone, and with him the last copy.
+    }
+    return "they are kept in " + rejected_log_.Path();
 }
 
 }  // namespace serverlog::program

@@ -38,7 +38,8 @@ class Collector {
     bool IsFull() const;
     bool HasPending() const { return !records_.empty() || !rejections_.empty(); }
     void Store();
-    void GiveUp();
+    [[noreturn]] void GiveUp();
+    std::string KeepElsewhere();
 
     MessageSource& source_;
     AdminLogStore& store_;

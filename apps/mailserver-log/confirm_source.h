@@ -14,6 +14,10 @@ namespace serverlog::program {
 /// it is stored, in a transaction with "DEFER_COMMIT" at once; the marks of a transaction are
 /// answered with "OK", the closing one once all is stored. While storing takes its time, points are
 /// written before the answer, which keep rsyslog from restarting the program.
+///
+/// A line that was not answered comes again if this program ends, but not if rsyslog does: what it
+/// has in hand then is in none of its queues. As both look alike from here, no line counts as one
+/// that comes again.
 class ConfirmSource : public MessageSource {
  public:
     /// Tells rsyslog that the program is ready.
@@ -26,7 +30,6 @@ class ConfirmSource : public MessageSource {
     /// take an answer.
     Arrival Next(std::string& line, bool wait) override;
     void Stored() override;
-    bool ComesAgain() const override { return true; }
     bool InTransaction() const override { return in_transaction_; }
 
  private:

@@ -306,6 +306,20 @@ TEST_F(Collect, ShowsLifeWhileAConfirmationTakesItsTime) {
     EXPECT_THAT(Statements(), ElementsAre("first", "second"));
 }
 
+// rsyslog, when it stops, forgets the line that it has no answer for.
+TEST_F(Collect, KeepsTheLineInHandWhenToldToStop) {
+    CollectOne();
+    Program program({"collect", "--confirm"});
+    const Lock lock;
+    program.Write(EscapedAdminLine("second"));
+    program.WaitForError("cannot store lines");
+    program.Signal(SIGTERM);
+    const Program::Result result = program.Wait();
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.output, MatchesRegex("OK\n\\.*OK\n"));
+    EXPECT_THAT(test::ReadTextFile(kRejected), HasSubstr("second"));
+}
+
 TEST_F(Collect, LosesAndDoublesNothingWhenKilled) {
     Texts confirmed;
     for (int round = 0; round < 5; ++round) {

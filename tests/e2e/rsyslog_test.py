@@ -1,0 +1,134 @@
+#!/usr/bin/python3 -I
+"""The whole road: a call, a real rsyslogd with the configuration that we ship, the collector, a row.
+
+Runs in the sandbox. Its argument is the program.
+"""
+
+import contextlib
+import glob
+import json
+import os
+import pathlib
+import shutil
+import signal
+import sqlite3
+import subprocess
+import sys
+import syslog
+import time
+import unittest
+
+PROJECT = pathlib.Path(__file__).resolve().parents[2]
+PROGRAM = sys.argv.pop(1)
+FOLDER = pathlib.Path("/tmp/rsyslog-test")
+SPOOL = pathlib.Path("/var/spool/@PostCube-Server/aggr_log")
+STORE = SPOOL / "admin_log.db"
+
+
+def wait_for(condition, what):
+    """Waits for what other processes bring about; gives the condition's value."""
+    end = time.monotonic() + 60
+    while time.monotonic() < end:
+        value = condition()
+        if value:
+            return value
+        time.sleep(0.02)
+    raise AssertionError(f"waited in vain for {what}")
+
+
+def call(user, **params):
+    subprocess.run([PROGRAM, "call", "Webapi_Queue_DeleteAll", "--user", user, "--params", "-"],
+                   input=json.dumps(params), text=True, check=True)
+
+
+def rows():
+    """User and parameters of all rows."""
+    if not STORE.exists():
+        return []
+    with contextlib.closing(sqlite3.connect(STORE, timeout=60)) as store:
+        found = store.execute("SELECT user, webapi_param FROM admin_log ORDER BY rowid").fetchall()
+    return [(user, json.loads(params)) for user, params in found]
+
+
+@contextlib.contextmanager
+def nobody_else_writes():
+    """Holds the store so that it can be read but not written, as another writer does."""
+    with contextlib.closing(sqlite3.connect(STORE, isolation_level=None)) as store:
+        store.execute("BEGIN IMMEDIATE")
+        yield
+        store.execute("ROLLBACK")
+
+
+class RsyslogTest(unittest.TestCase):
+    def setUp(self):
+        for leftover in (*SPOOL.iterdir(), FOLDER):
+            shutil.rmtree(leftover) if leftover.is_dir() else leftover.unlink(missing_ok=True)
+        self.start()
+        self.addCleanup(self.stop)
+
+    def start(self):
+        self.rsyslogd = subprocess.Popen([PROJECT / "scripts/sandbox-rsyslogd", PROGRAM, FOLDER])
+        wait_for(lambda: os.path.exists("/dev/log"), "rsyslogd to open /dev/log")
+        syslog.closelog()  # this process may still be connected to the one before
+
+    def stop(self):
+        self.rsyslogd.terminate()
+        self.assertEqual(self.rsyslogd.wait(), 0)
+
+    def collectors(self):
+        found = set()
+        for file in glob.glob(f"/proc/{self.rsyslogd.pid}/task/*/children"):
+            with contextlib.suppress(FileNotFoundError):
+                found.update(map(int, pathlib.Path(file).read_text().split()))
+        return found
+
+    def log(self, name):
+        file = FOLDER / "log" / name
+        return file.read_text() if file.exists() else ""
+
+    def test_a_call_becomes_a_row_and_nothing_else(self):
+        long = "x" * 60 * 1024
+        # A raw tab in the line, and a line feed at the end of the parameters, as always.
+        call("tab\tbetween", text='"quoted" \\ ünï #', long=long)
+        syslog.syslog(syslog.LOG_MAIL | syslog.LOG_EMERG, "a real emergency")
+
+        wait_for(rows, "the row")
+        self.assertEqual(rows(), [("tab\tbetween", {"text": '"quoted" \\ ünï #', "long": long})])
+        wait_for(lambda: "a real emergency" in self.log("emergencies"), "the emergency")
+        for name in ("emergencies", "mail.log", "syslog"):
+            self.assertNotIn("admin_log", self.log(name), name)
+
+        listed = subprocess.run([PROGRAM, "list", "admin", "--format", "json"], check=True,
+                                capture_output=True, text=True).stdout
+        self.assertIn("All mails in the queue were deleted.", listed)
+
+    def test_a_killed_collector_loses_and_doubles_nothing(self):
+        call("first")
+        wait_for(rows, "the first row")
+        with nobody_else_writes():
+            call("second")
+            call("third")
+            for _ in range(3):  # with the second line in hand, or on its way to the new collector
+                collector = wait_for(self.collectors, "a collector")
+                os.kill(collector.pop(), signal.SIGKILL)
+        wait_for(lambda: len(rows()) >= 3, "all rows")
+        call("fourth")
+        wait_for(lambda: len(rows()) >= 4, "the fourth row")
+        self.assertEqual([user for user, _ in rows()], ["first", "second", "third", "fourth"])
+
+    def test_rsyslog_keeps_what_waits_when_it_stops(self):
+        call("first")
+        wait_for(rows, "the first row")
+        with nobody_else_writes():
+            for user in ("second", "third", "fourth"):
+                call(user)
+            self.stop()
+        self.assertEqual([user for user, _ in rows()], ["first"])
+        self.start()
+        wait_for(lambda: len(rows()) >= 4, "all rows")
+        # rsyslog puts the line that it had in hand behind the others.
+        self.assertEqual(sorted(user for user, _ in rows()), ["first", "fourth", "second", "third"])
+
+
+if __name__ == "__main__":
+    unittest.main()
