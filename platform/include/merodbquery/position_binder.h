@@ -4,6 +4,7 @@
 
 #include <deque>
 #include <string>
+#include <utility>
 #include <variant>
 
 namespace merodbquery {
@@ -34,7 +35,7 @@ class PositionBinder {
 
     /// Binds all values to `statement`, behind the use elements that it already has. The binder
     /// keeps the values and has to outlive the running of the statement; it may be moved meanwhile.
-    void BindTo(soci::statement& statement);
+    void BindTo(soci::statement& statement) const;
 
  private:
     DatabaseKind kind_;

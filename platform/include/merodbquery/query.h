@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace merodbquery {
@@ -18,7 +19,6 @@ class Query {
  public:
     explicit Query(const Session& session);
     Query(Query&&) = default;
-    Query& operator=(Query&&) = default;
 
     /// Binds what soci::into(object[, indicator]) gives: each fetched row goes to `object`, which
     /// must live as long as rows are fetched. Several elements take the columns in order. The first

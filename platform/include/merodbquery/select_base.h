@@ -3,6 +3,7 @@
 #include <merodbquery/condition.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace merodbquery {

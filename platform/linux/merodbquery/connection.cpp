@@ -138,7 +138,8 @@ void Connection::FollowFile() {
 }
 
 bool Connection::HasMoved() const {
-    if (sqlite3_get_autocommit(handle_) == 0) {
+    // A database in memory would be lost in reopening, a transaction be cut in two.
+    if (path_ == kInMemory || sqlite3_get_autocommit(handle_) == 0) {
         return false;
     }
     bool moved = false;

@@ -2,9 +2,9 @@
 
 namespace merodbquery {
 
-void PositionBinder::BindTo(soci::statement& statement) {
-    for (BoundValue& value : values_) {
-        std::visit([&statement](auto& held) { statement.exchange(soci::use(held)); }, value);
+void PositionBinder::BindTo(soci::statement& statement) const {
+    for (const BoundValue& value : values_) {
+        std::visit([&statement](const auto& held) { statement.exchange(soci::use(held)); }, value);
     }
 }
 

@@ -11,10 +11,10 @@ namespace merodbquery {
 /// longer than all before; one object is for one thread.
 class SubstringSearch {
  public:
-    /// @param text  UTF-8, any bytes allowed; at most 700 MB, std::length_error beyond that
+    /// @param text  UTF-8, any bytes allowed; limits as FoldCase
     explicit SubstringSearch(std::string_view text);
 
-    /// True when the text of the constructor occurs in `text`. Limits as there.
+    /// True when the text of the constructor occurs in `text`. Limits as FoldCase.
     bool FoundIn(std::string_view text);
 
  private:
@@ -27,7 +27,7 @@ class SubstringSearch {
 /// are not UTF-8 become U+FFFD.
 ///
 /// @param buffer  receives the result at its beginning; grows as needed and never shrinks
-/// @return the length of the result in bytes; std::length_error for a text that folds to 2 GiB
+/// @return the length of the result in bytes; std::length_error for a text beyond 700 MB
 std::size_t FoldCase(std::string_view text, std::string& buffer);
 
 }  // namespace merodbquery

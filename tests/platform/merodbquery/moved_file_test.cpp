@@ -182,7 +182,8 @@ TEST_F(MovedFileTest, TheWriteAheadLogStaysWithItsFile) {
 }
 
 TEST_F(MovedFileTest, AnUnfinishedStatementReadsOnAndWritesNoMore) {
-    RunOnFile(kPath, "INSERT INTO t VALUES('old too')");
+    // Written ahead, since SQLite itself lets no moved file be written in the other modes.
+    RunOnFile(kPath, "PRAGMA journal_mode = WAL; INSERT INTO t VALUES('old too')");
     Session session = Session::SQLite(kPath);
     std::string text;
     SelectQuery query(session, "t");
@@ -219,12 +220,12 @@ TEST_F(MovedFileTest, TheTargetOfALinkIsNotMade) {
 
 TEST_F(MovedFileTest, AFileThatIsOutOfSightHasNotMoved) {
     SKIP_WITHOUT_SECOND_USER();
-    Session session = Session::SQLite(kPath);
-    EXPECT_TRUE(session.RawQuery("SELECT * FROM t"));
     fs::permissions(kFolder, fs::perms::owner_all);
-    EXPECT_EQ("read", test::InChild([&]() -> std::string {
-                  if (setresuid(test::kOtherUser, test::kOtherUser, test::kOtherUser) != 0) {
-                      return "still the same user";
+    EXPECT_EQ("read", test::InChild([this]() -> std::string {
+                  Session session = Session::SQLite(kPath);
+                  if (!session.RawQuery("SELECT * FROM t") ||
+                      setresuid(test::kOtherUser, test::kOtherUser, test::kOtherUser) != 0) {
+                      return "not prepared";
                   }
                   return session.RawQuery("PRAGMA user_version") ? "read" : "lost";
               }));
