@@ -14,7 +14,7 @@
 ///
 /// @param domains  receives the names in the order of the file, in place of what it held
 /// @return 0; -1 when the file cannot be read or is no such object. `domains` is then untouched,
-///         and the mail log has the reason.
+///         and the mail log has the reason, as has MLIBCErrGet.
 ///
 /// Safe to call from several threads at once.
 int loadAllUtf8DomainList(std::list<std::string>& domains);

@@ -13,7 +13,8 @@
 /// @param flag  not 0 waits until the lock is free, without a limit; 0 gives up at once
 /// @param fd    receives the descriptor, which pscFileUnlockByFile takes back
 /// @return false when the file cannot be opened or made, when it is a folder, when the lock is
-///         held elsewhere and `flag` is 0, or when a pointer is null; `*fd` is then untouched
+///         held elsewhere and `flag` is 0, or when a pointer is null; `*fd` is then untouched,
+///         and MLIBCErrGet tells the reason
 ///
 /// Safe to call from several threads at once.
 bool pscFileLockByFile(const char* path, BOOL flag, int* fd);
@@ -21,5 +22,5 @@ bool pscFileLockByFile(const char* path, BOOL flag, int* fd);
 /// Releases a lock and closes its descriptor.
 ///
 /// @param fd  descriptor of pscFileLockByFile
-/// @return false when it is no open descriptor
+/// @return false when it is no open descriptor; see MLIBCErrGet
 bool pscFileUnlockByFile(int fd);

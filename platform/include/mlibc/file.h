@@ -18,3 +18,7 @@ enum MLIBCEnumFlag : int {
 /// @return number of entries added; -1 when the folder cannot be read, memory is short, a pointer
 ///         is null or a flag is unknown. The list is then as it was.
 int MLIBCFileEnumDir(const char* folder, const char* prefix, MLIBCSzList** list, int flags);
+
+/// Whether there is something of this name, links followed. False as well when that cannot be found
+/// out. A false result keeps its reason for MLIBCErrGet.
+bool MLIBCFileExist(const char* path);

@@ -8,6 +8,7 @@
 #include "common/file_text.h"
 #include "common/idn.h"
 #include "common/json_text.h"
+#include "common/last_error.h"
 #include "mailserver/maillog.h"
 
 namespace platform {
@@ -37,6 +38,7 @@ bool LoadDomains(std::vector<Domain>& domains) {
             domains.clear();
             return true;
         case ReadOutcome::Failed:
+            PLATFORM_SET_LAST_ERROR(errno);
             maillog(LOG_WARNING, "read %s: %s", kPath, std::strerror(errno));
             return false;
         case ReadOutcome::Read:
@@ -45,6 +47,7 @@ bool LoadDomains(std::vector<Domain>& domains) {
     Json::Value document;
     if (!ParseJsonText(text, document) || !document.isObject() || !document["domains"].isArray()) {
         maillog(LOG_WARNING, "%s holds no object with an array \"domains\"", kPath);
+        PLATFORM_SET_LAST_ERROR(EBADMSG);
         return false;
     }
     domains.clear();

@@ -11,6 +11,7 @@
 
 #include "common/file_descriptor.h"
 #include "common/folders.h"
+#include "common/last_error.h"
 #include "mailserver/maillog.h"
 
 namespace {
@@ -43,10 +44,12 @@ bool Lock(int descriptor, int operation) {
 
 bool pscFileLockByFile(const char* path, BOOL flag, int* fd) {
     if (path == nullptr || fd == nullptr) {
+        PLATFORM_SET_LAST_ERROR(EINVAL);
         return false;
     }
     FileDescriptor file = OpenLockFile(path);
     if (!file || !Lock(file.Get(), LOCK_EX | (flag != 0 ? 0 : LOCK_NB))) {
+        PLATFORM_SET_LAST_ERROR(errno);
         if (errno != EWOULDBLOCK) {  // held elsewhere is an answer, not a fault
             maillog(LOG_WARNING, "lock %s: %s", path, std::strerror(errno));
         }
@@ -59,5 +62,9 @@ bool pscFileLockByFile(const char* path, BOOL flag, int* fd) {
 bool pscFileUnlockByFile(int fd) {
     // A copy of the descriptor in a forked child would keep the lock if it were only closed here.
     const bool unlocked = flock(fd, LOCK_UN) == 0;
-    return close(fd) == 0 && unlocked;
+    if (close(fd) != 0 || !unlocked) {
+        PLATFORM_SET_LAST_ERROR(errno);
+        return false;
+    }
+    return true;
 }

@@ -13,6 +13,8 @@
 #include <string>
 #include <vector>
 
+#include "common/last_error.h"
+
 namespace {
 
 struct CloseFolder {
@@ -110,4 +112,13 @@ int MLIBCFileEnumDir(const char* folder, const char* prefix, MLIBCSzList** list,
         }
     }
     return Append(**list, names) ? static_cast<int>(names.size()) : -1;
+}
+
+bool MLIBCFileExist(const char* path) {
+    struct stat status = {};
+    if (path == nullptr || stat(path, &status) != 0) {
+        PLATFORM_SET_LAST_ERROR(path == nullptr ? EINVAL : errno);
+        return false;
+    }
+    return true;
 }
