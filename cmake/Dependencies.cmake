@@ -7,6 +7,7 @@ find_package(Boost 1.74 REQUIRED COMPONENTS filesystem)
 find_package(ICU REQUIRED COMPONENTS uc i18n)
 find_package(CLI11 REQUIRED)
 pkg_check_modules(LIBIDN2 REQUIRED IMPORTED_TARGET libidn2)
+pkg_check_modules(GEOIP REQUIRED IMPORTED_TARGET geoip)
 
 # Debian's SOCI ships no configuration file for CMake in every release, so its two libraries are looked up.
 find_path(SOCI_INCLUDE_DIRECTORY soci/soci.h REQUIRED)
