@@ -61,7 +61,7 @@ void List_v1::SetLocalizedString() {
     // Not the texts that the statements are made with: those are kept for the life of the process,
     // and a list is to show what an update has installed.
     texts_ = MDS::LocalizedStringParser::ParseTexts(texts::kPostCubeTexts + lang_);
-    const Json::Value product = texts_;
+    const Json::Value& product = texts_;
     const Json::Value system = MDS::LocalizedStringParser::ParseTexts(texts::kSystemTexts + lang_);
     for (const texts::TabTitle& tab : texts::kTabTitles) {
         tab_titles_[std::to_string(tab.tab_type)] =
