@@ -24,15 +24,24 @@ Json::Value PayloadOf(const std::string& params) {
     return code == 0 ? data : Json::Value(std::to_string(code) + " " + data["reason"].asString());
 }
 
+namespace internal {
+
+inline std::string Members(const Json::Value& list, const char* member) {
+    std::string text;
+    for (const Json::Value& element : list) {
+        text += (text.empty() ? "" : " ") + element[member].asString();
+    }
+    return text;
+}
+
+}  // namespace internal
+
 /// One member of each element of the list that a query method gives, joined with a blank.
 template <class Method>
 std::string ListOf(const std::string& params, const char* member,
                    const char* list_member = "log_list") {
-    std::string text;
-    for (const Json::Value& element : PayloadOf<Method>(params)[list_member]) {
-        text += (text.empty() ? "" : " ") + element[member].asString();
-    }
-    return text;
+    const Json::Value payload = PayloadOf<Method>(params);
+    return internal::Members(payload[list_member], member);
 }
 
 /// The same through the request form.
@@ -41,11 +50,8 @@ std::string RequestListOf(const std::string& params, const char* member) {
     MERO::APIRequest request = RequestWith(JsonOf(params));
     MERO::APIResponse response;
     serverlog::webapi::RunAPIMethod<Method>(&request, &response);
-    std::string text;
-    for (const Json::Value& element : response.GetBody()["log_list"]) {
-        text += (text.empty() ? "" : " ") + element[member].asString();
-    }
-    return text;
+    const Json::Value payload = response.GetBody();
+    return internal::Members(payload["log_list"], member);
 }
 
 }  // namespace test

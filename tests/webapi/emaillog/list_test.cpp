@@ -1,0 +1,281 @@
+#include <gtest/gtest.h>
+#include <mailserver-log/db/emaillog/mail_log_db.h>
+#include <mailserver-log/webapi/emaillog/list.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "support/json_value.h"
+#include "support/query_call.h"
+#include "support/query_test.h"
+#include "support/sqlite_file.h"
+#include "support/store_rows.h"
+#include "support/text_file.h"
+
+namespace serverlog::webapi {
+namespace {
+
+using emaillog::List;
+using test::ListOf;
+
+constexpr char kPath[] = "/var/spool/@PostCube-Server/aggr_log/aggr_mail_log.db";
+constexpr char kDomains[] = "/var/packages/PostCube-Server/etc/domains.json";
+constexpr char kStatusError[] = "status error, transform to \"any\" status";
+constexpr int kMidnight = 1795305600;  // 2026-11-22 00:00:00 UTC
+constexpr int kHour = 3600;
+
+record::MailLog Row(const char* id, int date, int size, int status) {
+    record::MailLog row;
+    row.message_id = id;
+    row.date = date;
+    row.size = size;
+    row.status = status;
+    return row;
+}
+
+class MailListTest : public test::QueryTest {
+ protected:
+    MailListTest() {
+        record::MailLog a = Row("a", kMidnight - kHour, 100, 0);
+        a.mail_from = "Ann@example.com";
+        a.mail_to = "bob@other.org";
+        a.subject = "Grüße aus KÖLN";
+        a.host = "h3";
+        record::MailLog b = Row("b", kMidnight, 101, 1);
+        b.mail_from = "eve@other.org";
+        b.mail_to = "ann@example.com";
+        b.ori_mail_to = "sales@example.com";
+        b.subject = "100% off_er";
+        b.host = "h1";
+        record::MailLog c = Row("c", kMidnight + kHour, 5000, 1);
+        c.mail_from = "bob@example.com";
+        c.mail_to = "ann@müller.example";
+        c.host = "h2";
+        record::MailLog d = Row("d", kMidnight + 24 * kHour, 0, 2);
+        d.mail_from = "x@sub.example.com";
+        record::MailLog e = Row("e", kMidnight + 24 * kHour + 1, 1536, 3);
+        record::MailLog f = Row("f", kMidnight + 48 * kHour, -1, 4);
+        test::AddRows<db::MailLogDB>(kPath, {a, b, c, d, e, f});
+    }
+
+    /// The ids that a search finds, oldest first, in both forms.
+    static std::string Found(std::string params) {
+        params.insert(1,
+                      params == "{}" ? R"("sort_direction":"ASC")" : R"("sort_direction":"ASC",)");
+        const std::string ids = ListOf<List>(params, "message_id");
+        EXPECT_EQ(test::RequestListOf<List>(params, "message_id"), ids) << params;
+        return ids;
+    }
+};
+
+TEST_F(MailListTest, ShowsARow) {
+    const std::string params = R"({"message_id":"b","status":"any","offset":0})";
+    const std::string payload =
+        R"({"total":1,"offset":0,"log_list":[{"mail_from":"eve@other.org",
+            "mail_to":"ann@example.com","message_id":"b","ori_mail_to":"sales@example.com",
+            "date":"2026-11-22","time":"00:00:00","mail_size":"0.0KB","mail_status":"receive",
+            "subject":"100% off_er","mail_host":"h1"}]})";
+    EXPECT_EQ(test::TextOf(test::PayloadOf<List>(params)), test::TextOf(test::JsonOf(payload)));
+}
+
+TEST_F(MailListTest, ShowsStatusSizeAndMissingRecipientInWords) {
+    const std::string all = R"({"status":"any","sort_direction":"ASC"})";
+    EXPECT_EQ(ListOf<List>(all, "mail_status"), "send receive receive bounce resend unknow");
+    EXPECT_EQ(ListOf<List>(all, "ori_mail_to"), "- sales@example.com - - - -");
+    EXPECT_EQ(ListOf<List>(all, "mail_size"), "0.0KB 0.0KB 4.8KB 0KB 1.5KB -0.0KB");
+}
+
+TEST_F(MailListTest, FindsByAdvanceSearch) {
+    test::WriteTextFile(kDomains, R"({"domains":[{"domain_id":1,"name":"example.com"},
+                                                 {"domain_id":2,"name":"mine.org"}]})");
+    const struct {
+        const char* params;
+        const char* ids;
+    } rows[] = {
+        {R"({"status":"any"})", "a b c d e f"},
+        {R"({"status":"send"})", "a"},
+        {R"({"status":"receive"})", "b c"},
+        {R"({"status":"bounce"})", "d"},
+        {R"({"status":"resend"})", "e"},
+        {R"({"status":"internal_mail"})", "c"},
+        {R"({"mail_from":"ANN@"})", "a"},
+        {R"({"mail_to":"ann@"})", "b c"},
+        {R"({"mail_from":"example.com","mail_to":"ann@"})", "a c d"},
+        {R"({"mail_to":"@xn--mller-kva.example"})", "c"},
+        {R"({"ori_mail_to":"SALES"})", "b"},
+        {R"({"message_id":"E"})", "e"},
+        {R"({"subject":"grüsse AUS köln"})", "a"},
+        {R"({"subject":"0% off_"})", "b"},
+        {R"({"subject":"_%"})", ""},
+        {R"({"size_from":100,"size_to":100})", ""},
+        {R"({"size_from":100,"size_to":101})", "a"},
+        {R"({"size_from":0})", "a b c d e"},
+        {R"({"size_from":-5,"size_to":0})", "f"},
+        {R"({"size_from":"5000"})", "a b c d e f"},
+        {R"({"date_from":"2026/11/22"})", "b c d e f"},
+        {R"({"date_to":"2026/11/23"})", "a b c d"},
+        {R"({"date_from":"2026/11/22","date_to":"2026/11/22"})", "b"},
+        {R"({"status":"receive","size_from":200,"mail_to":"ann"})", "c"},
+        {R"({"action":"list","query":"ann","status":"send"})", "a"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(Found(row.params), row.ids) << row.params;
+    }
+}
+
+TEST_F(MailListTest, FindsBySimpleSearch) {
+    const struct {
+        const char* params;
+        const char* ids;
+    } rows[] = {
+        {R"({"action":"find"})", "a b c d e f"},
+        {R"({"query":" ann "})", "a b c"},
+        {R"({"query":"SALES"})", "b"},
+        {R"({"query":"grüsse"})", "a"},
+        {R"({"query":"grüße"})", "a"},
+        {R"({"query":"@XN--MLLER-KVA.example"})", "c"},
+        {R"({"query":"E"})", "a b c d e"},
+        {R"({"query":"h1"})", ""},
+        {R"({"query":"bounce"})", ""},
+        {R"({"query":"ann","date_from":"2026/11/23","size_from":9999,"status":"x"})", "a b c"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(Found(row.params), row.ids) << row.params;
+    }
+    EXPECT_TRUE(log_.TakeErrors().empty());
+}
+
+TEST_F(MailListTest, LogsAnUnknownStatusEachTime) {
+    const struct {
+        const char* params;
+        bool is_logged;
+    } rows[] = {
+        {R"({"status":"any"})", false},
+        {R"({"status":"internal_mail"})", false},
+        {R"({"status":"ANY"})", true},
+        {"{}", true},
+        {R"({"status":""})", true},
+        {R"({"status":4})", true},
+        {R"({"query":"a","status":"?"})", false},
+    };
+    for (const auto& row : rows) {
+        log_.Take();
+        EXPECT_NE(ListOf<List>(row.params, "message_id"), "") << row.params;
+        std::vector<std::string> lines;
+        for (const auto& line : log_.Take()) {
+            lines.push_back(line.text);
+        }
+        EXPECT_EQ(lines,
+                  row.is_logged
+                      ? std::vector<std::string>{std::string("lib/webapi/emaillog/list:154 ") +
+                                                 kStatusError}
+                      : std::vector<std::string>())
+            << row.params;
+    }
+}
+
+TEST_F(MailListTest, TakesAllReceivedMailForInternalWithoutDomains) {
+    EXPECT_EQ(Found(R"({"status":"internal_mail"})"), "b c") << "no file";
+    test::WriteTextFile(kDomains, R"({"domains":[]})");
+    EXPECT_EQ(Found(R"({"status":"internal_mail"})"), "b c") << "no domain";
+    test::WriteTextFile(kDomains, "no JSON");
+    EXPECT_EQ(Found(R"({"status":"internal_mail"})"), "b c") << "a broken file";
+}
+
+TEST_F(MailListTest, SortsByTheClientsFields) {
+    const struct {
+        const char* field;
+        const char* ids;
+    } rows[] = {
+        {"date", "a b c d e f"},       {"time", "a b c d e f"},     {"mail_size", "f d a b e c"},
+        {"message_id", "a b c d e f"}, {"size", "a b c d e f"},     {"no field", "a b c d e f"},
+        {"status", "a b c d e f"},     {"queue_id", "a b c d e f"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(Found(R"({"status":"any","sort_by":")" + std::string(row.field) + "\"}"), row.ids)
+            << row.field;
+    }
+    const auto first = [](const char* field, const char* direction) {
+        return ListOf<List>(R"({"status":"any","limit":1,"sort_by":")" + std::string(field) +
+                                R"(","sort_direction":")" + direction + "\"}",
+                            "message_id");
+    };
+    EXPECT_EQ(first("mail_host", "DESC"), "a");
+    EXPECT_EQ(first("mail_status", "asc"), "f") << "anything but ASC is descending";
+    EXPECT_EQ(first("subject", "DESC"), "a");
+    EXPECT_EQ(first("mail_from", "DESC"), "d");
+    EXPECT_EQ(first("mail_to", "DESC"), "a");
+    EXPECT_EQ(first("ori_mail_to", "DESC"), "b");
+}
+
+TEST_F(MailListTest, GivesPages) {
+    const struct {
+        const char* params;
+        unsigned offset;
+        const char* ids;
+    } rows[] = {
+        {R"({"limit":2})", 0, "a b"},
+        {R"({"limit":2,"offset":2})", 2, "c d"},
+        {R"({"limit":2,"offset":3})", 3, "d e"},
+        {R"({"limit":2,"offset":4})", 4, "e f"},
+        {R"({"limit":4,"offset":5})", 5, "f"},
+        {R"({"limit":2,"offset":6})", 6, ""},
+        {R"({"limit":0})", 0, ""},
+        {R"({"limit":-9})", 0, "a b c d e f"},
+        // Behind the end stands the whole table.
+        {R"({"limit":2,"offset":9})", 9, "a b c d e f"},
+        {R"({"offset":-3,"limit":1})", 4294967293U, "a"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(Found(row.params), row.ids) << row.params;
+        const Json::Value payload = test::PayloadOf<List>(row.params);
+        EXPECT_EQ(payload["total"].asUInt(), 6U) << row.params;
+        EXPECT_EQ(payload["offset"].asUInt(), row.offset) << row.params;
+    }
+    EXPECT_EQ(test::TextOf(test::PayloadOf<List>(R"({"subject":"nowhere","limit":2})")),
+              R"({"log_list":[],"offset":0,"total":0})");
+}
+
+TEST_F(MailListTest, TakesHugeAndStrangeTexts) {
+    const std::string fillings[] = {"@", "=?utf-8?q?", "\xff", "Ü"};
+    for (const std::string& filling : fillings) {
+        Json::Value params;
+        std::string text;
+        while (text.size() < (1U << 20)) {
+            text += filling;
+        }
+        for (const char* key : {"mail_from", "subject", "sort_by", "sort_direction", "date_from"}) {
+            params[key] = text;
+        }
+        EXPECT_EQ(std::get<0>(RunAPIMethod<List>(params)), 0) << filling;
+        params["query"] = text;
+        EXPECT_EQ(std::get<0>(RunAPIMethod<List>(params)), 0) << filling;
+        params["db_path"] = text;
+        EXPECT_EQ(std::get<0>(RunAPIMethod<List>(params)), kRunFailed) << filling;
+    }
+}
+
+TEST_F(MailListTest, PagesThroughManyRows) {
+    constexpr int kRows = 200000;
+    test::RunOnFile(kPath,
+                    "DELETE FROM mail_log_table;"
+                    "WITH RECURSIVE n(i) AS (SELECT 0 UNION ALL SELECT i + 1 FROM n WHERE i < " +
+                        std::to_string(kRows - 1) +
+                        ") INSERT INTO mail_log_table"
+                        " (message_id, date, size, status, mail_from, subject)"
+                        " SELECT 'm' || i, i, 1, 0, 'a@b', 's' FROM n");
+    for (const int offset : {0, 99999, 100000, 100001, 150000, 199997, 199999}) {
+        std::string expected;
+        for (int i = offset; i < std::min(offset + 3, kRows); ++i) {
+            expected += (expected.empty() ? "m" : " m") + std::to_string(i);
+        }
+        const std::string params = R"({"limit":3,"status":"any","sort_direction":"ASC","offset":)" +
+                                   std::to_string(offset) + "}";
+        EXPECT_EQ(ListOf<List>(params, "message_id"), expected) << offset;
+        EXPECT_EQ(test::PayloadOf<List>(params)["total"].asInt(), kRows);
+    }
+}
+
+}  // namespace
+}  // namespace serverlog::webapi
