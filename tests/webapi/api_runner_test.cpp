@@ -21,7 +21,6 @@
 #include "support/query_test.h"
 #include "support/spool.h"
 #include "support/sqlite_file.h"
-#include "support/standard_output.h"
 #include "support/store_rows.h"
 #include "support/text_file.h"
 
