@@ -195,9 +195,7 @@ TEST_F(LoggerTest, FailingToLoadTheOldStateIsNoFailureOfTheCall) {
 }
 
 TEST_F(LoggerTest, AnyOtherFailureOfLoadingPassesOn) {
-    OperationCall call = AddMembers();
-    call.replies["MERO.PostCubeServer.Domain list"]["domains"].append(5);
-    EXPECT_THROW(Run(call), Json::LogicError);
+    EXPECT_THROW(Logger("Webapi_PostCube_Upload_Logo", "no object").PreLog(), Json::LogicError);
 }
 
 TEST_F(LoggerTest, StoreThatCannotBeOpenedEndsTheLogBeforeTheFirstLine) {
