@@ -12,6 +12,8 @@ class APIResponse;
 
 namespace serverlog::webapi {
 
+class BaseAPI;
+
 /// The code of every call that failed by an exception.
 inline constexpr int kRunFailed = 117;
 
@@ -34,5 +36,12 @@ MAILSERVER_LOG_EXPORT void RunAPIMethod(MERO::APIRequest* request, MERO::APIResp
 ///         Exception<ETag::DB>, "Unknown Failure!" for anything else
 template <class T>
 MAILSERVER_LOG_EXPORT std::tuple<int, Json::Value> RunAPIMethod(const Json::Value& params);
+
+/// RunAPIMethod for a method object of the request form that the caller made, so as to prepare it
+/// before it runs. `response` is the one that the object was made with.
+MAILSERVER_LOG_EXPORT void RunPrepared(BaseAPI& method, MERO::APIResponse* response);
+
+/// The same for a method object of the JSON form.
+MAILSERVER_LOG_EXPORT std::tuple<int, Json::Value> RunPrepared(BaseAPI& method);
 
 }  // namespace serverlog::webapi

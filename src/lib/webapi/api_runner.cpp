@@ -33,9 +33,7 @@ void LogUnknownFailure(Line line) {
 
 }  // namespace
 
-template <class T>
-void RunAPIMethod(MERO::APIRequest* request, MERO::APIResponse* response) {
-    T method(request, response);
+void RunPrepared(BaseAPI& method, MERO::APIResponse* response) {
     try {
         method.RunByAPIRequest();
     } catch (const Exception<ETag::DB>& error) {
@@ -47,9 +45,7 @@ void RunAPIMethod(MERO::APIRequest* request, MERO::APIResponse* response) {
     }
 }
 
-template <class T>
-std::tuple<int, Json::Value> RunAPIMethod(const Json::Value& params) {
-    T method(params);
+std::tuple<int, Json::Value> RunPrepared(BaseAPI& method) {
     try {
         return method.RunByJson();
     } catch (const Exception<ETag::DB>& error) {
@@ -59,6 +55,18 @@ std::tuple<int, Json::Value> RunAPIMethod(const Json::Value& params) {
         LogUnknownFailure(kJsonUnknown);
         return make_output(kRunFailed, kUnknownFailure);
     }
+}
+
+template <class T>
+void RunAPIMethod(MERO::APIRequest* request, MERO::APIResponse* response) {
+    T method(request, response);
+    RunPrepared(method, response);
+}
+
+template <class T>
+std::tuple<int, Json::Value> RunAPIMethod(const Json::Value& params) {
+    T method(params);
+    return RunPrepared(method);
 }
 
 #define MAILSERVER_LOG_INSTANTIATE(T)                                                           \
