@@ -36,14 +36,7 @@ struct CallOptions {
 };
 
 Json::Value ReadParams(const std::string& path) {
-    if (path.empty()) {
-        return Json::Value(Json::objectValue);
-    }
-    Json::Value params = ParseDocument(ReadInput(path), path + " (the parameters)");
-    if (!params.isObject()) {
-        throw Failure(path + " (the parameters) is no JSON object; write {\"name\": value, ...}");
-    }
-    return params;
+    return path.empty() ? Json::Value(Json::objectValue) : ReadObject(path, "the parameters");
 }
 
 Json::Value ReadBody(const std::string& path) {
@@ -120,11 +113,10 @@ void RunCall(const CallOptions& options) {
 
 void AddCall(CLI::App& program) {
     const auto options = std::make_shared<CallOptions>();
-    CLI::App* call = program.add_subcommand(
-        "call",
-        "Wrap one web API call in the operation logger, which writes its statements to the system "
-        "log.\nA file that is missing or is no JSON ends it with status 1 and nothing is logged. "
-        "An "
+    CLI::App* call =
+        program.add_subcommand("call", "Log a web API call of an administrator on the system log");
+    call->footer(
+        "A file that is missing or is no JSON ends it with status 1 and nothing is logged. An "
         "operation without rules, and a call that fails, are no failure of this program.");
     call->add_option("OPERATION", options->operation,
                      "Operation, such as Webapi_Domain_Set; a version (_v1) may follow")

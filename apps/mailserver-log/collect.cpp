@@ -76,14 +76,12 @@ void RunCollect(const CollectOptions& options) {
 void AddCollect(CLI::App& program) {
     const auto options = std::make_shared<CollectOptions>();
     CLI::App* collect = program.add_subcommand(
-        "collect",
-        "Take the admin log lines from a system log and store each as a row of the admin log.\n"
-        "A line that cannot be read is kept in " +
-            kRejectedPath +
-            ". While the store is busy or cannot be written, it is tried again; only a store "
-            "folder "
-            "that is missing at the start ends the program. SIGTERM ends it once all that was read "
-            "is stored.");
+        "collect", "Store the admin log lines of a system log as rows of the admin log");
+    collect->footer(
+        "A line that cannot be read is kept in " + kRejectedPath +
+        ". While the store is busy or cannot be written, it is tried again; only a store folder "
+        "that is missing at the start ends the program. SIGTERM ends it once all that was read is "
+        "stored.");
     auto* input = collect->add_option("--input", options->input, "Read this file [standard input]")
                       ->type_name("FILE");
     auto* journal = collect

@@ -57,4 +57,13 @@ Json::Value ParseDocument(const std::string& text, const std::string& what) {
     throw Failure(what + " is no JSON: " + errors);
 }
 
+Json::Value ReadObject(const std::string& path, const std::string& what) {
+    const std::string name = path + " (" + what + ")";
+    Json::Value object = ParseDocument(ReadInput(path), name);
+    if (!object.isObject()) {
+        throw Failure(name + " is no JSON object; write {\"name\": value, ...}");
+    }
+    return object;
+}
+
 }  // namespace serverlog::program

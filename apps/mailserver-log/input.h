@@ -21,4 +21,11 @@ std::string ReadInput(const std::string& path);
 /// Throws Failure if it is none, with the place of the first error.
 Json::Value ParseDocument(const std::string& text, const std::string& what);
 
+/// The JSON object in a file; "-" is standard input.
+///
+/// @param what  what the object is, for the message
+///
+/// Throws Failure if it can't be read or is none.
+Json::Value ReadObject(const std::string& path, const std::string& what);
+
 }  // namespace serverlog::program

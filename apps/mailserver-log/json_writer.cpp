@@ -4,17 +4,28 @@
 
 namespace serverlog::program {
 
-JsonWriter::JsonWriter(std::ostream& out, Form form) : out_(out), form_(form) {
-    builder_["indentation"] = "";
-    builder_["emitUTF8"] = true;
-    builder_["commentStyle"] = "None";
+namespace {
+
+Json::StreamWriterBuilder CompactForm() {
+    Json::StreamWriterBuilder builder;
+    builder["indentation"] = "";
+    builder["emitUTF8"] = true;
+    builder["commentStyle"] = "None";
+    return builder;
+}
+
+}  // namespace
+
+std::string CompactJson(const Json::Value& value) {
+    static const Json::StreamWriterBuilder builder = CompactForm();
+    return ValidUtf8(Json::writeString(builder, value));
 }
 
 void JsonWriter::Write(const Json::Value& value) {
     if (form_ == Form::kArray) {
         out_ << (empty_ ? "[\n" : ",\n");
     }
-    out_ << ValidUtf8(Json::writeString(builder_, value));
+    out_ << CompactJson(value);
     if (form_ == Form::kLines) {
         out_ << '\n';
     }

@@ -203,13 +203,12 @@ void AddFilters(CLI::App& list, const std::shared_ptr<ListOptions>& options) {
 void AddList(CLI::App& program) {
     const auto options = std::make_shared<ListOptions>();
     CLI::App* list = program.add_subcommand(
-        "list",
-        "List the rows of a store and of its long-term file, the newest first.\n"
+        "list", "List the rows of a store and of its long-term file, the newest first");
+    list->footer(
         "A filter asks for a part of the column, in any letter case; --status asks for send, "
         "receive, bounce, resend or a number, --type for the number of the tab (admin) or the "
-        "whole "
-        "word (security). A TIME is 2026-11-22, \"2026-11-22 10:00:00\", or 2h or 3d back from "
-        "now.");
+        "whole word (security). A TIME is 2026-11-22, \"2026-11-22 10:00:00\", or 2h or 3d back "
+        "from now.");
     list->add_option("STORE", options->store, "admin, mail or security")
         ->required()
         ->check(CLI::IsMember({AdminStore::kName, MailStore::kName, SecurityStore::kName}));

@@ -9,10 +9,10 @@ namespace serverlog::program {
 
 void AddLoad(CLI::App& program) {
     const auto options = std::make_shared<LoadOptions>();
-    CLI::App* load = program.add_subcommand(
-        "load",
-        "Insert records into a store from NDJSON: one JSON object a line, its members named after "
-        "the columns. A missing member takes its default, an empty line is passed over.");
+    CLI::App* load = program.add_subcommand("load", "Insert records from NDJSON into a store");
+    load->footer(
+        "NDJSON is one JSON object a line, its members named after the columns. A missing member "
+        "takes its default, an empty line is passed over.");
     load->add_option("STORE", options->store, "admin, mail or security")
         ->required()
         ->check(CLI::IsMember({AdminStore::kName, MailStore::kName, SecurityStore::kName}));

@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "failure.h"
+#include "standard_output.h"
 #include "subcommands.h"
 
 namespace {
@@ -10,6 +11,17 @@ namespace {
 constexpr int kDone = 0;
 constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
+
+int FinishOutput() {
+    if (std::cout.flush()) {
+        return kDone;
+    }
+    if (!serverlog::program::ReaderHasGone()) {
+        std::cerr << "mailserver-log: cannot write to standard output; is the disk full?"
+                  << std::endl;
+    }
+    return kFailed;
+}
 
 int Run(CLI::App& program, int argc, char** argv) {
     try {
@@ -24,16 +36,13 @@ int Run(CLI::App& program, int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         program.exit(error);
         return kWrongUsage;
+    } catch (const serverlog::program::ReaderGone&) {
+        return kFailed;
     } catch (...) {
         std::cerr << "mailserver-log: " << serverlog::program::DescribeException() << std::endl;
         return kFailed;
     }
-    if (!std::cout.flush()) {
-        std::cerr << "mailserver-log: cannot write to standard output; is the disk full?"
-                  << std::endl;
-        return kFailed;
-    }
-    return kDone;
+    return FinishOutput();
 }
 
 }  // namespace
@@ -50,5 +59,6 @@ int main(int argc, char** argv) {
     serverlog::program::AddCollect(program);
     serverlog::program::AddLoad(program);
     serverlog::program::AddList(program);
+    serverlog::program::AddQuery(program);
     return Run(program, argc, argv);
 }

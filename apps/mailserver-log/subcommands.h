@@ -5,10 +5,12 @@
 namespace serverlog::program {
 
 /// Each adds one subcommand, which runs when it is parsed. It throws CLI::ParseError for a wrong
-/// command line, Failure if the work fails, and what the library throws.
+/// command line, Failure if the work fails, ReaderGone if nobody reads its output any more, and
+/// what the library throws.
 void AddCall(CLI::App& program);
 void AddCollect(CLI::App& program);
 void AddLoad(CLI::App& program);
 void AddList(CLI::App& program);
+void AddQuery(CLI::App& program);
 
 }  // namespace serverlog::program

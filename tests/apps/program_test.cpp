@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <sstream>
+
 #include "support/program.h"
 
 namespace {
@@ -14,9 +16,10 @@ TEST(Program, TellsWhatItIs) {
         std::vector<std::string> arguments;
         const char* output;
     } rows[] = {
-        {{"--version"}, "mailserver-log 4."}, {{"--help"}, "collect"},
-        {{"call", "--help"}, "--exec"},       {{"collect", "--help"}, "--confirm"},
-        {{"load", "--help"}, "--keep-going"}, {{"list", "--help"}, "--since"},
+        {{"--version"}, "mailserver-log 4."},     {{"--help"}, "collect"},
+        {{"call", "--help"}, "--exec"},           {{"collect", "--help"}, "--confirm"},
+        {{"load", "--help"}, "--keep-going"},     {{"list", "--help"}, "--since"},
+        {{"query", "--help"}, "security.export"},
     };
     for (const auto& row : rows) {
         const Program::Result result = Program::Run(row.arguments);
@@ -24,6 +27,21 @@ TEST(Program, TellsWhatItIs) {
         EXPECT_THAT(result.output, HasSubstr(row.output));
         EXPECT_EQ(result.error, "");
     }
+}
+
+TEST(Program, TellsEverySubcommandInOneLine) {
+    std::istringstream help(Program::Run({"--help"}).output);
+    std::string line;
+    while (std::getline(help, line) && line != "Subcommands:") {
+    }
+    int subcommands = 0;
+    while (std::getline(help, line) && !line.empty()) {
+        EXPECT_EQ(line.substr(0, 2), "  ");
+        EXPECT_NE(line[2], ' ') << line;
+        EXPECT_LE(line.size(), 100U) << line;
+        ++subcommands;
+    }
+    EXPECT_GE(subcommands, 5);
 }
 
 TEST(Program, RefusesAWrongCommandLine) {
@@ -51,6 +69,7 @@ TEST(Program, RefusesAWrongCommandLine) {
         {{"list", "mail", "--limit", "-1"}, "--limit"},
         {{"list", "mail", "--since", "soon"}, "\"soon\" is no time"},
         {{"list", "mail", "--format", "xml"}, "--format"},
+        {{"query", "mail.users"}, "mail.users not in"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.error);

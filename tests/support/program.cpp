@@ -86,6 +86,10 @@ void Program::CloseInput() {
     Close(streams_[0]);
 }
 
+void Program::CloseOutput() {
+    Close(streams_[1]);
+}
+
 void Program::WaitForOutput(const std::function<bool(const std::string&)>& done) {
     std::string_view nothing;
     WaitUntil([this, &done] { return done(output_); }, nothing);

@@ -29,6 +29,9 @@ class Program {
 
     void CloseInput();
 
+    /// Stops reading its standard output, as a reader does that goes away.
+    void CloseOutput();
+
     /// Waits until it has written what `done` wants to see; throws std::runtime_error when it ends
     /// or a minute passes before.
     void WaitForOutput(const std::function<bool(const std::string& output)>& done);
