@@ -184,19 +184,35 @@ TEST_F(Files, MissingRightsAreFailures) {
     EXPECT_TRUE(log_.Take().empty());
 }
 
-TEST_F(Files, CopyThatDoesNotFitFails) {
+TEST_F(Files, CopyThatDoesNotFitLeavesNoPart) {
     WriteFileContent(file_, std::string(1 << 20, 'x'));
     const std::string far = kThere + "/far";
-    const auto with_limit = [&] {
-        const rlimit limit = {4096, 4096};
-        setrlimit(RLIMIT_FSIZE, &limit);
-        signal(SIGXFSZ, SIG_IGN);
-        return Outcome([&] { CopyFile(file_, far, true); });
+    const struct {
+        const char* name;
+        std::function<void()> copy;
+        std::string message;
+    } rows[] = {
+        {"copy", [&] { CopyFile(file_, far, false); }, "Failed to CopyFile"},
+        {"overwrite", [&] { CopyFileWithUpdate(file_, far); }, "Failed to CopyFile"},
+        {"move", [&] { Rename(file_, far); }, "Rename(by copying) failed while copying"},
     };
-    EXPECT_EQ(test::InChild(with_limit),
-              "Failed to CopyFile, " + file_ + " -> " + far + " File too large");
-    CopyFile(file_, far, true);
-    EXPECT_EQ(FileContent(far), FileContent(file_));
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const auto with_limit = [&row] {
+            const rlimit limit = {4096, 4096};
+            setrlimit(RLIMIT_FSIZE, &limit);
+            signal(SIGXFSZ, SIG_IGN);
+            return Outcome(row.copy);
+        };
+        EXPECT_EQ(test::InChild(with_limit),
+                  row.message + ", " + file_ + " -> " + far + " File too large");
+        EXPECT_TRUE(fs::is_empty(kThere));
+        WriteFileContent(far + ".part", "left over");
+        row.copy();
+        EXPECT_EQ(FileSize(far), 1U << 20);
+        RemoveAll(far);
+        EXPECT_TRUE(fs::is_empty(kThere));
+    }
 }
 
 TEST_F(Files, RenameReplacesOnItsFileSystemAndMovesToAnother) {

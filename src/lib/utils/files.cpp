@@ -9,6 +9,7 @@
 #include <sstream>
 
 #include "utils/regular_file_copy.h"
+#include "utils/sync_to_disk.h"
 
 namespace serverlog::utils {
 
@@ -68,16 +69,27 @@ void CopyOne(const fs::path& from, const fs::path& to, error_code& error) {
     }
 }
 
+// What stands at `to`, and its name, must be on the disk before the source may go.
+error_code SyncCopy(const std::string& to) {
+    error_code error;
+    if (fs::symlink_status(to, error).type() != fs::symlink_file) {
+        error = SyncToDisk(to);
+    }
+    return error ? error : SyncToDisk(fs::absolute(to).parent_path().string());
+}
+
 void RenameByCopy(const std::string& from, const std::string& to) {
     error_code error;
     CopyOne(from, to, error);
     ThrowIfFailed(error, FileSystemError::RenameCopyFail, from, to);
+    error = SyncCopy(to);
+    if (error) {
+        error_code ignored;
+        fs::remove(to, ignored);  // it would pass for younger than the source
+    }
+    ThrowIfFailed(error, FileSystemError::RenameCopyFail, from, to);
     fs::remove_all(from, error);
     ThrowIfFailed(error, FileSystemError::RenameDeleteFail, from, to);
-}
-
-bool HasYoungerTarget(const std::string& from, const std::string& to) {
-    return Exist(to) && LastWriteTime(from) < LastWriteTime(to);
 }
 
 // Status of `path`; nothing there is an answer and no failure.
@@ -160,6 +172,10 @@ void Rename(const std::string& from, const std::string& to) {
         return RenameByCopy(from, to);
     }
     ThrowIfFailed(error, FileSystemError::RenameFail, from, to);
+}
+
+bool HasYoungerTarget(const std::string& from, const std::string& to) {
+    return Exist(to) && LastWriteTime(from) < LastWriteTime(to);
 }
 
 void RenameFileWithUpdate(const std::string& from, const std::string& to) {

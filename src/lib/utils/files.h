@@ -57,15 +57,18 @@ void MkDir(const std::string& path);
 void RemoveAll(const std::string& path);
 
 /// Moves a file. Within a file system this is rename(2): at once, replacing an existing `to`. To
-/// another file system it is Copy and RemoveAll: it fails on an existing `to`, and a folder arrives
-/// empty. Meant for single files.
+/// another file system it is Copy and RemoveAll, with the copy on the disk before anything is
+/// removed: it fails on an existing `to`, and a folder arrives empty. Meant for single files.
 ///
 /// @throws Exception<ETag::FileSystem> with RenameFail; with RenameCopyFail when the copy failed
 ///         and the source is still there; with RenameDeleteFail when the source could not be
 ///         removed behind the copy
 void Rename(const std::string& from, const std::string& to);
 
-/// Rename, but not where `to` exists and is younger than `from`. Throws as Exist, LastWriteTime and
+/// True when `to` exists and was written after `from`. Throws as Exist and LastWriteTime do.
+bool HasYoungerTarget(const std::string& from, const std::string& to);
+
+/// Rename, but not where `to` exists and is younger than `from`. Throws as HasYoungerTarget and
 /// Rename do.
 void RenameFileWithUpdate(const std::string& from, const std::string& to);
 
@@ -74,14 +77,15 @@ void RenameFileWithUpdate(const std::string& from, const std::string& to);
 /// @throws Exception<ETag::FileSystem> with CopyFail, also when `to` exists
 void Copy(const std::string& from, const std::string& to);
 
-/// Copies the contents and the mode of a file.
+/// Copies the contents and the mode of a file. Until the copy is whole it stands beside `to` as
+/// "<to>.part".
 ///
-/// @param overwrite  whether an existing `to` is overwritten or is a failure
+/// @param overwrite  whether an existing `to` is replaced or is a failure
 /// @throws Exception<ETag::FileSystem> with CopyFileFail
 void CopyFile(const std::string& from, const std::string& to, bool overwrite);
 
 /// CopyFile with overwriting, but not where `to` exists and is younger than `from`. Throws as
-/// Exist, LastWriteTime and CopyFile do.
+/// HasYoungerTarget and CopyFile do.
 void CopyFileWithUpdate(const std::string& from, const std::string& to);
 
 /// The absolute path of an existing file, with all symbolic links resolved. A relative `path`

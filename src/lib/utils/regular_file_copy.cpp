@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <vector>
 
 namespace serverlog::utils {
@@ -15,6 +16,7 @@ using boost::system::error_code;
 
 constexpr std::size_t kBufferSize = std::size_t{1} << 18;
 constexpr mode_t kModeBits = 07777;
+constexpr char kPartSuffix[] = ".part";
 
 error_code LastError() {
     return {errno, boost::system::system_category()};
@@ -43,9 +45,13 @@ class OpenFile {
     OpenFile(const OpenFile&) = delete;
     OpenFile& operator=(const OpenFile&) = delete;
 
-    bool IsSameAs(const OpenFile& other) const {
-        return status_.st_dev == other.status_.st_dev && status_.st_ino == other.status_.st_ino;
+    bool Is(const struct stat& other) const {
+        return status_.st_dev == other.st_dev && status_.st_ino == other.st_ino;
     }
+
+    bool IsSameAs(const OpenFile& other) const { return Is(other.status_); }
+
+    mode_t Mode() const { return status_.st_mode & kModeBits; }
 
     // Some file systems tell only now that they could not keep the bytes.
     error_code Close() {
@@ -92,6 +98,57 @@ error_code CopyBytes(const OpenFile& source, const OpenFile& target) {
     }
 }
 
+error_code Fill(const OpenFile& source, OpenFile& target) {
+    if (ftruncate(target.descriptor(), 0) != 0) {
+        return LastError();
+    }
+    if (const error_code error = CopyBytes(source, target)) {
+        return error;
+    }
+    if (fchmod(target.descriptor(), source.Mode()) != 0) {
+        return LastError();
+    }
+    return target.Close();
+}
+
+// Gives a whole file its name, at once.
+error_code TakeName(const std::string& part, const std::string& to, bool overwrite) {
+    if (overwrite) {
+        return rename(part.c_str(), to.c_str()) == 0 ? error_code() : LastError();
+    }
+    if (renameat2(AT_FDCWD, part.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
+        return {};
+    }
+    // Not every file system can tell the two apart; there what came up meanwhile is lost.
+    return errno == EINVAL ? TakeName(part, to, true) : LastError();
+}
+
+error_code CopyThroughPart(const OpenFile& source, const std::string& to, bool overwrite) {
+    const std::string part = to + kPartSuffix;
+    unlink(part.c_str());  // left by a process that was killed
+    OpenFile target(part, O_WRONLY | O_CREAT | O_EXCL, source.Mode() | S_IWUSR);
+    if (target.error()) {
+        return target.error();
+    }
+    error_code error = Fill(source, target);
+    if (!error) {
+        error = TakeName(part, to, overwrite);
+    }
+    if (error) {
+        unlink(part.c_str());
+    }
+    return error;
+}
+
+// A link, a device or a pipe stays what it is and takes the bytes.
+error_code CopyInto(const OpenFile& source, const std::string& to) {
+    OpenFile target(to, O_WRONLY, 0);
+    if (target.error()) {
+        return target.error();
+    }
+    return target.IsSameAs(source) ? Error(boost::system::errc::file_exists) : Fill(source, target);
+}
+
 }  // namespace
 
 error_code CopyRegularFile(const std::string& from, const std::string& to, bool overwrite) {
@@ -102,25 +159,14 @@ error_code CopyRegularFile(const std::string& from, const std::string& to, bool 
     if (!S_ISREG(source.status().st_mode)) {
         return Error(boost::system::errc::function_not_supported);
     }
-    const mode_t mode = source.status().st_mode & kModeBits;
-    // Not O_TRUNC: it would empty the source where both are the same file.
-    OpenFile target(to, O_WRONLY | O_CREAT | (overwrite ? 0 : O_EXCL), mode | S_IWUSR);
-    if (target.error()) {
-        return target.error();
+    struct stat status = {};
+    if (lstat(to.c_str(), &status) != 0) {
+        return errno == ENOENT ? CopyThroughPart(source, to, overwrite) : LastError();
     }
-    if (target.IsSameAs(source)) {
+    if (!overwrite || source.Is(status)) {
         return Error(boost::system::errc::file_exists);
     }
-    if (ftruncate(target.descriptor(), 0) != 0) {
-        return LastError();
-    }
-    if (const error_code error = CopyBytes(source, target)) {
-        return error;
-    }
-    if (fchmod(target.descriptor(), mode) != 0) {
-        return LastError();
-    }
-    return target.Close();
+    return S_ISREG(status.st_mode) ? CopyThroughPart(source, to, overwrite) : CopyInto(source, to);
 }
 
 }  // namespace serverlog::utils
