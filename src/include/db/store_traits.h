@@ -10,9 +10,14 @@ class AdminLogDB;
 class MailLogDB;
 class SecurityLogDB;
 
+/// The folder of the stores, with a slash at its end. It may be a link.
+inline constexpr char kSpoolFolder[] = "/var/spool/@PostCube-Server/aggr_log/";
+
 /// What belongs to a class of stores: the record of its rows as `Record`, the file of the store
-/// that is in use as `kPath`, and the long-term file beside it, which rotation moves rows to, as
-/// `kMainPath`.
+/// that is in use as `kPath`, the long-term file beside it, which rotation moves rows to, as
+/// `kMainPath`, and the file of rows that wait for the archive as `kArchivePath`. Whoever replaces
+/// or moves one of these files, or relies on their staying in place, holds the lock file
+/// `kOperationLock`.
 template <class DB>
 struct StoreTraits;
 
@@ -21,6 +26,9 @@ struct StoreTraits<AdminLogDB> {
     using Record = record::AdminLog;
     static constexpr char kPath[] = "/var/spool/@PostCube-Server/aggr_log/admin_log.db";
     static constexpr char kMainPath[] = "/var/spool/@PostCube-Server/aggr_log/admin_log_main.db";
+    static constexpr char kArchivePath[] =
+        "/var/spool/@PostCube-Server/aggr_log/archive_admin_log.db";
+    static constexpr char kOperationLock[] = "/var/lock/postcube_server/admin_log_op.lock";
 };
 
 template <>
@@ -29,6 +37,9 @@ struct StoreTraits<MailLogDB> {
     static constexpr char kPath[] = "/var/spool/@PostCube-Server/aggr_log/aggr_mail_log.db";
     static constexpr char kMainPath[] =
         "/var/spool/@PostCube-Server/aggr_log/aggr_mail_log_main.db";
+    static constexpr char kArchivePath[] =
+        "/var/spool/@PostCube-Server/aggr_log/archive_aggr_mail_log.db";
+    static constexpr char kOperationLock[] = "/var/lock/postcube_server/mail_log_db.file";
 };
 
 template <>
@@ -37,6 +48,9 @@ struct StoreTraits<SecurityLogDB> {
     static constexpr char kPath[] = "/var/spool/@PostCube-Server/aggr_log/aggr_security_log.db";
     static constexpr char kMainPath[] =
         "/var/spool/@PostCube-Server/aggr_log/aggr_security_log_main.db";
+    static constexpr char kArchivePath[] =
+        "/var/spool/@PostCube-Server/aggr_log/archive_aggr_security_log.db";
+    static constexpr char kOperationLock[] = "/var/lock/postcube_server/security_log_db.file";
 };
 
 }  // namespace serverlog::db

@@ -3,6 +3,7 @@
 #include <mailserver-log/db/provider.h>
 #include <mailserver-log/db/securitylog/security_log_db.h>
 #include <mailserver-log/db/single_db_session.h>
+#include <mailserver-log/db/store_traits.h>
 #include <mailserver-log/exception/exception.h>
 #include <merodbquery/session.h>
 #include <unistd.h>
@@ -18,7 +19,6 @@ namespace serverlog::db {
 
 namespace {
 
-constexpr char kSpoolFolder[] = "/var/spool/@PostCube-Server/aggr_log/";
 constexpr char kLinkPrefix[] = "/tmp/postcube-server-log";
 constexpr char kLinkSuffixModel[] = "-%%%%%-%%%%%-%%%%%-%%%%%.tmp";
 

@@ -65,6 +65,17 @@ std::string TableSchema::CreateAllIndices() const {
     return script;
 }
 
+std::string TableSchema::DropIndicesBut(const std::string& column) const {
+    std::string script;
+    for (std::size_t i = 0; i < index_count_; ++i) {
+        if (indices_[i].column != column) {
+            script += "\nDROP INDEX IF EXISTS " + std::string(kSchemaPlaceholder) + "." +
+                      indices_[i].name + ";";
+        }
+    }
+    return script;
+}
+
 std::string TableSchema::CreateNewest() const {
     return CreateTable(columns_[column_count_ - 1].since) +
            utils::Replace(CreateAllIndices(), kSchemaPlaceholder, "main");

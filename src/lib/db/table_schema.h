@@ -59,6 +59,10 @@ class TableSchema {
     /// The script that makes all indices in the schema that is put for kSchemaPlaceholder.
     std::string CreateAllIndices() const;
 
+    /// The script that drops all indices but those on a column, in the schema that is put for
+    /// kSchemaPlaceholder.
+    std::string DropIndicesBut(const std::string& column) const;
+
     /// The script that makes the newest schema in an empty file.
     std::string CreateNewest() const;
 

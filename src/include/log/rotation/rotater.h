@@ -91,7 +91,8 @@ class MAILSERVER_LOG_EXPORT Rotater {
 
     void RotateStore();
     std::int64_t FillWorkFile(DB& db, const Files& files);
-    void RunWipe(DB& db, const std::string& wipe_query);
+    bool CopyRows(DB& db, std::int64_t& last_row);
+    void WipeRows(const std::string& further_condition);
 
     std::string path_;
     std::int64_t cut_time_;
