@@ -19,9 +19,9 @@
 #include <vector>
 
 #include "support/child.h"
+#include "support/named_rows.h"
 #include "support/spool.h"
 #include "support/sqlite_file.h"
-#include "support/named_rows.h"
 #include "support/syslog_socket.h"
 #include "support/text_file.h"
 #include "utils/strings.h"
