@@ -1,0 +1,289 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <mailserver-log/old_log/maillogger.h>
+#include <mailserver/file_lock.h>
+#include <mailserver/mail_conf.h>
+#include <malloc.h>
+#include <sched.h>
+#include <sqlite3.h>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "old_log/create_scripts.h"
+#include "support/child.h"
+#include "support/fake_clock.h"
+#include "support/spool.h"
+#include "support/sqlite_file.h"
+#include "support/statistics.h"
+#include "support/syslog_socket.h"
+#include "support/text_file.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using statistic_log::TimeScale;
+using test::FakeClock;
+using test::LocalTime;
+using test::RunOnFile;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+using Rows = std::vector<std::string>;
+
+const std::string kMailMain = test::kSpool + "aggr_mail_log_main.db";
+const std::string kSecurityMain = test::kSpool + "aggr_security_log_main.db";
+const std::string kStatistic = test::kSpool + "log_statistic.db";
+const std::string kSecurityStatistic = test::kSpool + "security_statistic.db";
+const std::string kDomains = "/var/packages/PostCube-Server/etc/domains.json";
+const std::string kGarbage(8192, 'x');
+
+std::size_t OpenDescriptors() {
+    const fs::directory_iterator begin("/proc/self/fd");
+    return static_cast<std::size_t>(std::distance(begin, fs::directory_iterator()));
+}
+
+/// Spoils the pages behind the first, which holds the schema: SQLite finds that out only in use.
+void SpoilPages(const std::string& path) {
+    std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+    file.seekp(4096);
+    const std::string noise(fs::file_size(path) - 4096, 'x');
+    file.write(noise.data(), static_cast<std::streamsize>(noise.size()));
+}
+
+class Engine : public testing::Test {
+ protected:
+    void SetUp() override {
+        SKIP_WITHOUT_SECOND_USER();
+        test::EmptySpool();
+        test::SetZone("UTC");
+        fs::remove_all(test::kMailLock);
+        fs::remove_all(test::kSecurityLock);
+        test::WriteTextFile(kDomains, R"({"domains":[{"domain_id":1,"name":"own.example"}]})");
+        now_ = LocalTime("2024-05-07 10:30:00");
+        ASSERT_EQ(mailConfSet("log_last_count_time", std::to_string(now_), false, 0), 0);
+        FakeClock::Set(now_);
+        AddEvents("aggr_mail_log.db", std::vector<test::MailEvent>{{now_, 0, "a", "b"}});
+        AddEvents("aggr_security_log.db",
+                  std::vector<test::SecurityEvent>{
+                      {now_, "reject", "192.0.2.1", "x@far.example", "r@far.example"}});
+    }
+
+    /// Both long-term files, which have to be attached.
+    static void MakeLongTermFiles() {
+        RunOnFile(kMailMain, statistic_log::MailLogScript());
+        RunOnFile(kSecurityMain, statistic_log::SecurityLogScript());
+    }
+
+    static void MakeFolderOf(const char* lock) {
+        fs::remove(lock);
+        fs::create_directory(lock);
+    }
+
+    long now_ = 0;
+};
+
+TEST_F(Engine, FailuresAreToldAndGiveEverythingBack) {
+    test::SyslogSocket syslog;
+    const Rows kTotalFails = {"Get total num Error"};
+    const struct {
+        const char* name;
+        std::function<void()> spoil;
+        Rows lines;  // among the error lines, in this order
+    } rows[] = {
+        {"nothing", [] {}, {}},
+        {"long-term mail log is no database",
+         [] { test::WriteTextFile(kMailMain, kGarbage); },
+         {"Encounter error when attach databases", "Get total num Error"}},
+        {"long-term mail log has no table",
+         [] { RunOnFile(kMailMain, "DROP TABLE mail_log_table"); },
+         {"sqlite3_prepare_v2: [1] no such table: DB0.mail_log_table\n", "Get total num Error"}},
+        {"long-term security log is no database",
+         [] { test::WriteTextFile(kSecurityMain, kGarbage); },
+         {"Encounter error when attach databases", "Failed to attachLogDBs.[",
+          "Get total num Error"}},
+        {"long-term security log has no table",
+         [] { RunOnFile(kSecurityMain, "DROP TABLE security_log_table"); },
+         {"sqlite3_prepare_v2: [1] no such table: DB0.security_log_table\n",
+          "Get total num Error"}},
+        {"mail lock is a folder",
+         [] { MakeFolderOf(test::kMailLock); },
+         {"fail to get file lock for mail log database.[0x0015 "
+          "platform/linux/mailserver/file_lock.cpp:",
+          "Get total num Error"}},
+        {"security lock is a folder",
+         [] { MakeFolderOf(test::kSecurityLock); },
+         {"fail to get file lock for mail log database.[0x0015 ", "Failed to attachLogDBs.[0x0015 ",
+          "Get total num Error"}},
+        {"statistics are no database",
+         [] { test::WriteTextFile(kStatistic, kGarbage); },
+         {"Encounter error when attach statistic databases", "Get top 5 list Error"}},
+        {"statistics are corrupt",
+         [] { SpoilPages(kStatistic); },
+         {"db[/var/spool/@PostCube-Server/aggr_log/aggr_mail_log.db] corrupt, need regen",
+          "Get top 5 list Error"}},
+        {"security statistics are corrupt",
+         [] { SpoilPages(kSecurityStatistic); },
+         {"db[/var/spool/@PostCube-Server/aggr_log/security_statistic.db] corrupt, need regen"}},
+        {"mail log is no database",
+         [] { test::WriteTextFile(test::kSpool + "aggr_mail_log.db", kGarbage); }, kTotalFails},
+        {"domains cannot be read",
+         [] { test::WriteTextFile(kDomains, "["); },
+         {"Failed to load domain list.[0x004A platform/linux/mailserver/domains.cpp:"}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        SetUp();
+        syslog.Take();
+        MakeLongTermFiles();
+        MailLogger logger(300);
+        logger.securityStatistic();
+        logger.statistic();
+        ASSERT_THAT(syslog.TakeErrors(), Not(Contains(HasSubstr("Error"))));
+        const std::size_t descriptors = OpenDescriptors();
+
+        row.spoil();
+        logger.securityStatistic();
+        logger.statistic();
+
+        const Rows errors = syslog.TakeErrors();
+        auto next = errors.begin();
+        for (const std::string& line : row.lines) {
+            next = std::find_if(next, errors.end(),
+                                [&](const std::string& error) { return error.find(line) == 0; });
+            EXPECT_NE(next, errors.end())
+                << line << " is not in " << testing::PrintToString(errors);
+        }
+        EXPECT_EQ(errors.empty(), row.lines.empty()) << testing::PrintToString(errors);
+        EXPECT_EQ(OpenDescriptors(), descriptors);
+        for (const char* lock : {test::kMailLock, test::kSecurityLock}) {
+            EXPECT_TRUE(fs::is_directory(lock) || test::IsFree(lock)) << lock;
+        }
+    }
+}
+
+TEST_F(Engine, LongTermFileVanishesBetweenCheckAndAttach) {
+    MakeLongTermFiles();
+    int lock = -1;
+    ASSERT_TRUE(pscFileLockByFile(test::kMailLock, 1, &lock));
+    test::Child engine([this] {
+        MailLogger logger(300);
+        const int count = logger.getLogNumPerHour(now_ - 1800, MailStatus::Sent);
+        return std::to_string(count) + (test::IsFree(test::kMailLock) ? " free" : " locked") + " " +
+               std::to_string(logger.getLogNumPerHour(now_ - 1800, MailStatus::Sent));
+    });
+    const std::string waiter = "-> FLOCK  ADVISORY  WRITE " + std::to_string(engine.pid()) + " ";
+    while (test::ReadTextFile("/proc/locks").find(waiter) == std::string::npos) {
+        sched_yield();
+    }
+    fs::remove(kMailMain);
+    ASSERT_TRUE(pscFileUnlockByFile(lock));
+    EXPECT_EQ(engine.Wait(), "-1 free 1");
+    EXPECT_FALSE(fs::exists(kMailMain));
+}
+
+TEST_F(Engine, AttachesALongTermFileOfTheDayOrLater) {
+    test::SyslogSocket syslog;
+    MailLogger logger(300);
+    const struct {
+        const char* name;
+        const char* changed;
+        bool attach;
+    } rows[] = {
+        {"the day before", "2024-05-06 23:59:59", false},
+        {"at the start of the day", "2024-05-07 00:00:00", false},
+        {"later on the day", "2024-05-07 23:59:59", false},
+        {"the next day", "2024-05-08 00:00:00", true},
+    };
+    MakeLongTermFiles();
+    for (const auto& row : rows) {
+        const long time = LocalTime(row.changed);
+        const timespec times[] = {{time, 0}, {time, 0}};
+        ASSERT_EQ(utimensat(AT_FDCWD, kMailMain.c_str(), times, 0), 0);
+        EXPECT_EQ(logger.shouldAttach(kMailMain), row.attach) << row.name;
+        DBHandler handler(test::kSpool + "aggr_mail_log.db", "");
+        EXPECT_EQ(logger.attachLogDBs(&handler, MailStatus::Sent, TimeScale::Hour),
+                  row.attach ? 1 : 0)
+            << row.name;
+        EXPECT_EQ(test::IsFree(test::kMailLock), !row.attach) << row.name;
+        logger.disconnectLogDB(&handler, MailStatus::Sent);
+        EXPECT_TRUE(test::IsFree(test::kMailLock)) << row.name;
+    }
+    EXPECT_FALSE(logger.shouldAttach("/tmp/missing.db"));
+    DBHandler handler("/tmp/any.db", "");
+    EXPECT_EQ(logger.attachLogDBs(&handler, MailStatus::Sent, TimeScale::Week), -1);
+    EXPECT_EQ(logger.attachDB(&handler, "/tmp/missing.db", "log"), -1);
+    EXPECT_THAT(syslog.TakeErrors(),
+                ElementsAre("Failed to attach DB, the file does not exist: /tmp/missing.db (log)"));
+}
+
+TEST_F(Engine, ErrorsNameTheirDatabase) {
+    MailLogger logger(300);
+    EXPECT_EQ(logger.error(), 0);
+    EXPECT_EQ(logger.HandleError(), -1);
+    EXPECT_EQ(logger.error(), -1);
+    logger.getLogNumPerHour(now_, MailStatus::Sent);
+    EXPECT_EQ(logger.error(), 1);
+    logger.getLogNumPerHour(now_, MailStatus::Rejected);
+    EXPECT_EQ(logger.HandleError(), 0);
+    test::WriteTextFile(kSecurityStatistic, kGarbage);
+    EXPECT_EQ(logger.securityStatistic(), -1);
+    EXPECT_EQ(logger.error(), -1);
+}
+
+TEST_F(Engine, WithoutItsFolderItFailsAndStaysAlive) {
+    EXPECT_EQ(test::InChild([this] {
+                  test::DropCapabilities();
+                  MailLogger logger(300);
+                  const std::string error = std::to_string(logger.error());
+                  logger.statistic();
+                  return error + " " + std::to_string(logger.securityStatistic()) + " " +
+                         std::to_string(logger.removeOldLog()) + " " +
+                         std::to_string(logger.saveStatistic(now_, {}));
+              }),
+              "-1 -1 0 -1");
+}
+
+TEST_F(Engine, AThousandCyclesLeaveNothingBehind) {
+    constexpr int kWarmUp = 50;
+    constexpr int kCycles = 1000;
+    MakeLongTermFiles();
+    MailLogger logger(300);
+    std::size_t descriptors = 0;
+    sqlite3_int64 sqlite_memory = 0;
+    std::size_t memory = 0;
+    for (int i = 0; i < kCycles; ++i) {
+        if (i == kWarmUp) {
+            descriptors = OpenDescriptors();
+            sqlite_memory = sqlite3_memory_used();
+            memory = mallinfo2().uordblks;
+        }
+        FakeClock::Set(now_ + i * 300L);
+        logger.securityStatistic();
+        logger.statistic();
+    }
+    EXPECT_EQ(OpenDescriptors(), descriptors);
+    EXPECT_EQ(sqlite3_memory_used(), sqlite_memory);
+    EXPECT_LT(mallinfo2().uordblks, memory + 64 * 1024);
+    EXPECT_THAT(RunOnFile(kStatistic, "SELECT COUNT(*) FROM log_statistic_hour"),
+                ElementsAre(std::to_string((kCycles * 300 + 1800 - 1) / 3600 + 1)));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    FakeClock::Install(argv);
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
