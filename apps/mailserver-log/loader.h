@@ -38,11 +38,10 @@ class Loader {
         : options_(options),
           input_(OpenInput(options.path)),
           store_(Store::kPath),
-          progress_(FileSize(input_.Get())) {}
+          progress_("lines", FileSize(input_.Get())) {}
 
     /// Works until the end of the input. Throws Failure if a line can't be read or stored, after
     /// storing what stands before it.
-
     void Run() {
         const StopSignal stop;
         LineReader lines(input_.Get(), stop);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <utility>
 
 namespace serverlog::program {
 
@@ -14,21 +15,29 @@ constexpr char kEraseLine[] = "\r\x1b[K";
 
 }  // namespace
 
-Progress::Progress(std::uint64_t total_bytes)
-    : total_bytes_(total_bytes), on_terminal_(isatty(STDERR_FILENO) != 0) {}
+Progress::Progress(std::string unit, std::uint64_t total) : unit_(std::move(unit)), total_(total) {}
+
+bool Progress::OnTerminal() {
+    return isatty(STDERR_FILENO) != 0;
+}
 
 Progress::~Progress() {
     Clear();
 }
 
-void Progress::Show(std::size_t lines, std::uint64_t bytes) {
-    const auto now = std::chrono::steady_clock::now();
-    if (!on_terminal_ || now - last_ < kInterval) {
+void Progress::Show(std::uint64_t count, std::uint64_t done) {
+    if (!on_terminal_) {
         return;
     }
-    std::cerr << kEraseLine << lines << " lines";
-    if (total_bytes_ > 0) {
-        std::cerr << ", " << std::min<std::uint64_t>(100, bytes * 100 / total_bytes_) << " %";
+    const auto now = std::chrono::steady_clock::now();
+    if (now - last_ < kInterval) {
+        return;
+    }
+    const std::chrono::duration<double> passed = now - start_;
+    std::cerr << kEraseLine << count << ' ' << unit_ << ", "
+              << static_cast<std::uint64_t>(static_cast<double>(count) / passed.count()) << "/s";
+    if (total_ > 0) {
+        std::cerr << ", " << std::min<std::uint64_t>(100, done * 100 / total_) << " %";
     }
     std::cerr << std::flush;
     last_ = now;

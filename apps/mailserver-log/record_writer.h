@@ -91,4 +91,23 @@ class TableRecordWriter : public RecordWriter<Store> {
     std::vector<std::size_t> cells_;  // indices of the cells that are shown
 };
 
+/// A writer of the format that "table", "json", "ndjson" or "csv" names.
+///
+/// @param out    must outlive the result
+/// @param style  what a table looks like
+template <class Store>
+std::unique_ptr<RecordWriter<Store>> MakeRecordWriter(const std::string& format, std::ostream& out,
+                                                      TableWriter::Style style = {}) {
+    if (format == "json") {
+        return std::make_unique<JsonRecordWriter<Store>>(out, JsonWriter::Form::kArray);
+    }
+    if (format == "ndjson") {
+        return std::make_unique<JsonRecordWriter<Store>>(out, JsonWriter::Form::kLines);
+    }
+    if (format == "csv") {
+        return std::make_unique<CsvRecordWriter<Store>>(out);
+    }
+    return std::make_unique<TableRecordWriter<Store>>(out, style);
+}
+
 }  // namespace serverlog::program
