@@ -59,6 +59,7 @@ int main(int argc, char** argv) {
     serverlog::program::AddCollect(program);
     serverlog::program::AddLoad(program);
     serverlog::program::AddList(program);
+    serverlog::program::AddExport(program);
     serverlog::program::AddQuery(program);
     return Run(program, argc, argv);
 }

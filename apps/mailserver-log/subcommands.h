@@ -11,6 +11,7 @@ void AddCall(CLI::App& program);
 void AddCollect(CLI::App& program);
 void AddLoad(CLI::App& program);
 void AddList(CLI::App& program);
+void AddExport(CLI::App& program);
 void AddQuery(CLI::App& program);
 
 }  // namespace serverlog::program

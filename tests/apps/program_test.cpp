@@ -19,7 +19,7 @@ TEST(Program, TellsWhatItIs) {
         {{"--version"}, "mailserver-log 4."},     {{"--help"}, "collect"},
         {{"call", "--help"}, "--exec"},           {{"collect", "--help"}, "--confirm"},
         {{"load", "--help"}, "--keep-going"},     {{"list", "--help"}, "--since"},
-        {{"query", "--help"}, "security.export"},
+        {{"query", "--help"}, "security.export"}, {{"export", "--help"}, "--no-count"},
     };
     for (const auto& row : rows) {
         const Program::Result result = Program::Run(row.arguments);
@@ -70,6 +70,9 @@ TEST(Program, RefusesAWrongCommandLine) {
         {{"list", "mail", "--since", "soon"}, "\"soon\" is no time"},
         {{"list", "mail", "--format", "xml"}, "--format"},
         {{"query", "mail.users"}, "mail.users not in"},
+        {{"export", "mail", "--format", "table"}, "--format"},
+        {{"export", "mail", "--limit", "1"}, "has all rows"},
+        {{"export", "mail", "--sort", "none"}, "take one of date, size"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.error);
