@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "follower.h"
 #include "record_writer.h"
 #include "selected_rows.h"
 #include "selection.h"
@@ -20,6 +21,7 @@ namespace {
 struct ListOptions {
     Selection selection;
     std::string format = "table";
+    bool follow = false;
 };
 
 TableWriter::Style TerminalStyle() {
@@ -38,9 +40,23 @@ TableWriter::Style TerminalStyle() {
 }
 
 template <class Store>
+void Follow(const ListOptions& options) {
+    if (options.format == "json") {
+        throw CLI::ValidationError("--format", "json has an end; take ndjson with --follow");
+    }
+    const auto writer = MakeRecordWriter<Store>(options.format, std::cout, TerminalStyle());
+    Follower<Store>(options.selection, *writer, std::cout).Run();
+    writer->Finish();
+}
+
+template <class Store>
 void List(const ListOptions& options) {
-    SelectedRows<Store> rows(options.selection);
     IgnoreBrokenPipe();
+    if (options.follow) {
+        Follow<Store>(options);
+        return;
+    }
+    SelectedRows<Store> rows(options.selection);
     const auto writer = MakeRecordWriter<Store>(options.format, std::cout, TerminalStyle());
     rows.ForEach([&writer](const auto& record) {
         writer->Write(record);
@@ -60,6 +76,13 @@ void AddList(CLI::App& program) {
     list->add_option("--format", options->format,
                      "table, json, ndjson (which load takes) or csv [table]")
         ->check(CLI::IsMember({"table", "json", "ndjson", "csv"}));
+    CLI::Option* follow = list->add_flag(
+        "--follow", options->follow,
+        "Show the last 10 rows, --limit of them or those since --since, the oldest first, then "
+        "each row that is added, until SIGINT or SIGTERM");
+    for (const char* other : {"--sort", "--ascending", "--offset", "--file"}) {
+        follow->excludes(list->get_option(other));
+    }
     list->callback([options] {
         VisitStore(options->selection.store,
                    [&options](auto store) { List<decltype(store)>(*options); });

@@ -25,6 +25,9 @@ class RecordWriter {
     virtual ~RecordWriter() = default;
     virtual void Write(const Record& record) = 0;
 
+    /// Hands on what is held back, when no record may come for a while.
+    virtual void Flush() {}
+
     /// To be called once, behind the last record.
     virtual void Finish() {}
 };
@@ -76,6 +79,7 @@ class TableRecordWriter : public RecordWriter<Store> {
         }
         table_.Write(shown);
     }
+    void Flush() override { table_.Flush(); }
     void Finish() override { table_.Finish(); }
 
  private:

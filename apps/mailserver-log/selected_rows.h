@@ -43,6 +43,9 @@ class SelectedRows {
         });
     }
 
+    /// The store itself; valid as long as this object.
+    typename Store::DB& Opened() { return store_.Get(); }
+
     /// Calls `visit(record)` for each row until that returns false. Memory does not grow with the
     /// rows. Throws Failure if they can't be read to the end; `visit` must not throw.
     template <class Visit>

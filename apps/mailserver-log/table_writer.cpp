@@ -36,6 +36,12 @@ void TableWriter::Write(const std::vector<std::string>& cells) {
     }
 }
 
+void TableWriter::Flush() {
+    if (held_back_.size() > 1) {
+        WriteHeldBack();
+    }
+}
+
 void TableWriter::Finish() {
     if (!flowing_) {
         WriteHeldBack();

@@ -25,6 +25,10 @@ class TableWriter {
     /// Adds a row with one cell a column, of any text.
     void Write(const std::vector<std::string>& cells);
 
+    /// Writes the rows that are held back; from then on the widths stay as they are. Does nothing
+    /// before the first row.
+    void Flush();
+
     /// Writes what is held back. To be called once, behind the last row.
     void Finish();
 

@@ -4,8 +4,8 @@
 
 namespace serverlog::program {
 
-Transaction::Transaction(merodbquery::Session& session) : session_(session) {
-    session_.GetRawSession() << "BEGIN IMMEDIATE";
+Transaction::Transaction(merodbquery::Session& session, Use use) : session_(session) {
+    session_.GetRawSession() << (use == Use::kWrite ? "BEGIN IMMEDIATE" : "BEGIN");
 }
 
 Transaction::~Transaction() {

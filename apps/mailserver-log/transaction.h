@@ -4,15 +4,20 @@
 
 namespace serverlog::program {
 
-/// A transaction that writes. It is rolled back at the end of its scope unless it was committed.
+/// A transaction. It is rolled back at the end of its scope unless it was committed.
 class Transaction {
  public:
-    /// Begins it and waits for its turn to write.
+    enum class Use {
+        kWrite,  ///< waits for its turn to write at once
+        kRead,   ///< sees one picture of each file, from the first statement on
+    };
+
+    /// Begins it.
     ///
     /// @param session  must outlive this object
     ///
     /// Throws soci::soci_error if SQLite refuses, for instance since the file is busy for too long.
-    explicit Transaction(merodbquery::Session& session);
+    explicit Transaction(merodbquery::Session& session, Use use = Use::kWrite);
     ~Transaction();
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;

@@ -69,6 +69,8 @@ TEST(Program, RefusesAWrongCommandLine) {
         {{"list", "mail", "--limit", "-1"}, "--limit"},
         {{"list", "mail", "--since", "soon"}, "\"soon\" is no time"},
         {{"list", "mail", "--format", "xml"}, "--format"},
+        {{"list", "mail", "--follow", "--sort", "size"}, "--follow"},
+        {{"list", "mail", "--follow", "--format", "json"}, "take ndjson"},
         {{"query", "mail.users"}, "mail.users not in"},
         {{"export", "mail", "--format", "table"}, "--format"},
         {{"export", "mail", "--limit", "1"}, "has all rows"},
