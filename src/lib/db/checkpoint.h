@@ -6,9 +6,8 @@ namespace serverlog::db {
 
 /// How far a checkpoint goes (https://sqlite.org/pragma.html#pragma_wal_checkpoint).
 enum class CheckpointMode {
-    Passive,   ///< what can be done without waiting
-    Full,      ///< waits for readers of an older picture; writers wait meanwhile
-    Truncate,  ///< Full, and waits for all readers to empty the log
+    Passive,  ///< what can be done without waiting
+    Full,     ///< waits up to 60 s for readers of an older picture; writers wait meanwhile
 };
 
 /// Brings the rows of the write-ahead log of the session's main file into the file itself. A file

@@ -92,6 +92,10 @@ void RenameByCopy(const std::string& from, const std::string& to) {
     ThrowIfFailed(error, FileSystemError::RenameDeleteFail, from, to);
 }
 
+bool HasYoungerTarget(const std::string& from, const std::string& to) {
+    return Exist(to) && LastWriteTime(from) < LastWriteTime(to);
+}
+
 // Status of `path`; nothing there is an answer and no failure.
 fs::file_type StatusOrNotFound(const std::string& path) {
     try {
@@ -172,10 +176,6 @@ void Rename(const std::string& from, const std::string& to) {
         return RenameByCopy(from, to);
     }
     ThrowIfFailed(error, FileSystemError::RenameFail, from, to);
-}
-
-bool HasYoungerTarget(const std::string& from, const std::string& to) {
-    return Exist(to) && LastWriteTime(from) < LastWriteTime(to);
 }
 
 void RenameFileWithUpdate(const std::string& from, const std::string& to) {

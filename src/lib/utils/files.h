@@ -65,10 +65,7 @@ void RemoveAll(const std::string& path);
 ///         removed behind the copy
 void Rename(const std::string& from, const std::string& to);
 
-/// True when `to` exists and was written after `from`. Throws as Exist and LastWriteTime do.
-bool HasYoungerTarget(const std::string& from, const std::string& to);
-
-/// Rename, but not where `to` exists and is younger than `from`. Throws as HasYoungerTarget and
+/// Rename, but not where `to` exists and is younger than `from`. Throws as Exist, LastWriteTime and
 /// Rename do.
 void RenameFileWithUpdate(const std::string& from, const std::string& to);
 
@@ -85,7 +82,7 @@ void Copy(const std::string& from, const std::string& to);
 void CopyFile(const std::string& from, const std::string& to, bool overwrite);
 
 /// CopyFile with overwriting, but not where `to` exists and is younger than `from`. Throws as
-/// HasYoungerTarget and CopyFile do.
+/// Exist, LastWriteTime and CopyFile do.
 void CopyFileWithUpdate(const std::string& from, const std::string& to);
 
 /// The absolute path of an existing file, with all symbolic links resolved. A relative `path`

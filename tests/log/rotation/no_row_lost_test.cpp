@@ -7,20 +7,18 @@
 #include <mailserver-log/log/rotation/rotater.h>
 #include <mailserver/mail_conf.h>
 #include <merodbquery/session.h>
-#include <sys/mount.h>
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "support/child.h"
 #include "support/named_rows.h"
+#include "support/small_volume.h"
 #include "support/spool.h"
 #include "support/sqlite_file.h"
+#include "support/store_reader.h"
 #include "support/traced_child.h"
 
 namespace serverlog::log::rotation {
@@ -181,49 +179,6 @@ TYPED_TEST(NoRowLost, ByWritersAndRotationsAtOnce) {
     EXPECT_EQ(RowsOf<TypeParam>(Traits<TypeParam>::kPath).size(), std::size_t{kRows});
 }
 
-/// A reader in a process of its own that keeps a picture of a file in WAL mode until it is told to
-/// end.
-class WalReader {
- public:
-    WalReader(const std::string& path, const std::string& query)
-        : child_([this, path, query] {
-              Session session = Session::SQLite(path);
-              session.RawQuery("BEGIN");
-              const bool has_read = session.RawQuery(query);
-              Pass(started_[1]);
-              Await(finish_[0]);
-              return std::string(has_read && session.RawQuery("COMMIT") ? "read" : "failed");
-          }) {
-        Await(started_[0]);
-    }
-
-    std::string Finish() {
-        Pass(finish_[1]);
-        return child_.Wait();
-    }
-
- private:
-    struct Pipe {
-        Pipe() { EXPECT_EQ(pipe(ends), 0); }
-        ~Pipe() {
-            close(ends[0]);
-            close(ends[1]);
-        }
-        int operator[](int end) const { return ends[end]; }
-        int ends[2];
-    };
-
-    static void Pass(int end) { EXPECT_EQ(write(end, "", 1), 1); }
-    static void Await(int end) {
-        char byte = 0;
-        EXPECT_EQ(read(end, &byte, 1), 1);
-    }
-
-    Pipe started_;
-    Pipe finish_;
-    test::Child child_;
-};
-
 TYPED_TEST(NoRowLost, ByReadersOfWriteAheadLogs) {
     const char* const paths[] = {Traits<TypeParam>::kPath, Traits<TypeParam>::kMainPath};
     for (const char* path : paths) {
@@ -232,57 +187,28 @@ TYPED_TEST(NoRowLost, ByReadersOfWriteAheadLogs) {
     const std::string query = test::SelectNames<TypeParam>();
     for (int round = 0; round < 3; ++round) {
         SCOPED_TRACE(round);
-        WalReader current(paths[0], query);
-        WalReader long_term(paths[1], query);
+        // While a session is open, what others write stays in the log.
+        Session session = Session::SQLite(paths[1]);
+        EXPECT_TRUE(session.RawQuery(query));
+        RunOnFile(paths[1], test::InsertRow<TypeParam>("logged " + std::to_string(round), kOld));
+        test::StoreReader current(paths[0], query);
+        test::StoreReader long_term(paths[1], query);
         Fill<TypeParam>(paths[0], "round " + std::to_string(round) + " ", kOld);
         EXPECT_TRUE(Rotate<TypeParam>());
         EXPECT_FALSE(fs::exists(std::string(paths[1]) + "-wal"));
         EXPECT_EQ(current.Finish(), "read");
         EXPECT_EQ(long_term.Finish(), "read");
         const Names rows = AllRows<TypeParam>();
-        EXPECT_EQ(rows.size(), static_cast<std::size_t>(4 + round) * kRows);
+        EXPECT_EQ(rows.size(), static_cast<std::size_t>((4 + round) * kRows + round + 1));
         EXPECT_EQ(Once(rows).size(), rows.size());
         EXPECT_EQ(RunOnFile(paths[1], "PRAGMA quick_check"), Names{"ok"});
         RunOnFile(paths[1], "PRAGMA journal_mode = WAL");
     }
 }
 
-/// The spool folder on a volume of its own with little room.
-class SmallVolume {
- public:
-    SmallVolume() { mounted_ = Mount(0, 16 << 20); }
-    ~SmallVolume() {
-        if (mounted_) {
-            umount(folder_.c_str());
-        }
-    }
-    SmallVolume(const SmallVolume&) = delete;
-    SmallVolume& operator=(const SmallVolume&) = delete;
-
-    bool Mounted() const { return mounted_; }
-
-    /// Leaves so much room, in bytes; negative for plenty.
-    void Limit(long room) const {
-        const fs::space_info space = fs::space(folder_);
-        const auto used = static_cast<long>(space.capacity - space.available);
-        EXPECT_TRUE(Mount(MS_REMOUNT, room < 0 ? 16 << 20 : used + room));
-    }
-
- private:
-    bool Mount(unsigned long flags, long size) const {
-        const std::string options = "size=" + std::to_string(size) + ",mode=0755";
-        return mount("tmpfs", folder_.c_str(), "tmpfs", flags, options.c_str()) == 0;
-    }
-
-    const std::string folder_ = fs::canonical(test::kSpool).string();
-    bool mounted_ = false;
-};
-
 TYPED_TEST(NoRowLost, ByAFullDiskAtAnyMoment) {
-    const SmallVolume volume;
-    if (!volume.Mounted()) {
-        GTEST_SKIP() << "needs the right to mount: run the tests in a sandbox with namespaces";
-    }
+    const test::SmallVolume volume(test::kSpool);
+    SKIP_UNLESS_MOUNTED(volume);
     int failed = 0;
     bool done = false;
     for (long room = 0; !done; room += 16 << 10) {

@@ -27,6 +27,9 @@ namespace serverlog::log::rotation {
 
 namespace {
 
+using db::internal::CreateScript;
+using db::internal::DropScript;
+
 constexpr char kMain[] = "main";
 constexpr char kCurrent[] = "currDB";
 constexpr char kArchive[] = "archiveDB";
@@ -52,19 +55,6 @@ std::string AttachQuery(const std::string& path, const std::string& schema) {
 
 std::string DetachQuery(const std::string& schema) {
     return "DETACH DATABASE " + schema + ";";
-}
-
-template <class DB>
-std::string DropScript(const DB& db, const std::string& schema) {
-    // The index on the date stays: all statements select by it.
-    return utils::Replace(db::internal::SchemaOf<DB>().DropIndicesBut(db.RotateDateFields()),
-                          db::internal::kSchemaPlaceholder, schema);
-}
-
-template <class DB>
-std::string CreateScript(const std::string& schema) {
-    return utils::Replace(db::internal::SchemaOf<DB>().CreateAllIndices(),
-                          db::internal::kSchemaPlaceholder, schema);
 }
 
 void SetOwner(const std::string& path) {
