@@ -3,6 +3,7 @@
 #include <json/json.h>
 #include <mailserver-log/log/adminlog/logger/line.h>
 
+#include <algorithm>
 #include <memory>
 
 #include "line_reader.h"
@@ -31,6 +32,24 @@ bool IsRfc5424Header(std::string_view text) {
     }
     return text == "- " ||
            (text.substr(0, 1) == "[" && EndsWith(text, "] ") && text.find("] ") == text.size() - 2);
+}
+
+// "A" stands for a capital, "a" for a small letter, "d" for a digit or a blank before one.
+bool Matches(std::string_view text, std::string_view pattern) {
+    const auto fits = [](char wanted, char c) {
+        switch (wanted) {
+            case 'A':
+                return c >= 'A' && c <= 'Z';
+            case 'a':
+                return c >= 'a' && c <= 'z';
+            case 'd':
+                return (c >= '0' && c <= '9') || c == ' ';
+            default:
+                return c == wanted;
+        }
+    };
+    return text.size() >= pattern.size() &&
+           std::equal(pattern.begin(), pattern.end(), text.begin(), fits);
 }
 
 Json::Value ParseJson(std::string_view text, const std::string& what) {
@@ -149,13 +168,17 @@ bool IsSyslogPrefix(std::string_view text) {
             return true;
         }
     }
-    const std::size_t last = text.find_last_not_of(' ');
-    if (last == kNone) {
-        return true;
+    const std::size_t last = text.find_last_not_of(" \t");
+    // A colon ends the program's name and with it the prefix; a second one would be of a message.
+    return last == kNone || (text[last] == ':' && text.substr(0, last).find(": ") == kNone);
+}
+
+bool StartsWithSyslogTime(std::string_view text) {
+    if (text.substr(0, 1) == "<") {
+        const std::size_t end = text.find_first_not_of("0123456789", 1);
+        return end > 1 && end != kNone && text[end] == '>';
     }
-    // The one colon with a blank behind it, if any, ends the program's name and with it the prefix.
-    const std::size_t colon = text.find(": ");
-    return text[last] == ':' && (colon == kNone || colon == last);
+    return Matches(text, "Aaa dd dd:dd:dd ") || Matches(text, "dddd-dd-ddTdd:dd:dd");
 }
 
 record::AdminLog ReadAdminLogLine(std::string_view message) {
@@ -164,7 +187,9 @@ record::AdminLog ReadAdminLogLine(std::string_view message) {
         throw LineError("it holds no record");
     }
     if (!IsSyslogPrefix(message.substr(0, begin))) {
-        throw LineError("what stands before the record is no prefix of the system log");
+        throw LineError(
+            "what stands before the record is no prefix of the system log, or one of "
+            "another priority");
     }
     const std::string_view tail = message.substr(begin);
     const std::size_t length = ObjectScanner().Scan(tail);

@@ -28,6 +28,10 @@ std::size_t FindRecord(std::string_view text, std::size_t from = 0);
 /// sender's address, could pass for a record.
 bool IsSyslogPrefix(std::string_view text);
 
+/// Whether `text` starts as each message does in a log whose messages have a prefix: with a
+/// priority or a time.
+bool StartsWithSyslogTime(std::string_view text);
+
 /// Reads one message that holds a record. What stands behind the record is not looked at.
 ///
 /// Throws LineError.

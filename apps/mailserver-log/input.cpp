@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <memory>
 
@@ -51,9 +52,7 @@ Json::Value ParseDocument(const std::string& text, const std::string& what) {
     } catch (const Json::Exception& error) {  // nested too deep
         errors = error.what();
     }
-    while (!errors.empty() && errors.back() == '\n') {
-        errors.pop_back();
-    }
+    std::replace(errors.begin(), errors.end(), '\n', ' ');
     throw Failure(what + " is no JSON: " + errors);
 }
 

@@ -33,6 +33,10 @@ std::vector<std::string> RecordJoiner::Finish() {
 // Reads on in the open record. False if it took the whole line; else the record has ended, and
 // `line` is what is left.
 bool RecordJoiner::GoOn(std::string_view& line, std::vector<std::string>& messages) {
+    if (StartsWithSyslogTime(open_) && StartsWithSyslogTime(line)) {
+        messages.push_back(std::exchange(open_, {}));
+        return true;
+    }
     const std::size_t next = FindRecord(line);
     const std::string_view part = line.substr(0, next);
     ObjectScanner scanner = scanner_;

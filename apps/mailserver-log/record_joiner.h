@@ -14,8 +14,8 @@ namespace serverlog::program {
 /// several lines, and after a write that was cut short two records can share one.
 ///
 /// A message is a line without a record, or one record with what stands before it. A record ends
-/// where its object closes; where a new record starts, which leaves the open one cut short; or when
-/// it grows too long.
+/// where its object closes; where a new record or, in a log whose messages have a prefix, a new
+/// message starts, which leaves the open one cut short; or when it grows too long.
 class RecordJoiner {
  public:
     /// @param longest  the most bytes that an open record may have

@@ -27,7 +27,7 @@ bool Retry::Run(const std::string& task, const std::function<void()>& attempt) {
         try {
             attempt();
             if (failed) {
-                talk_ << "mailserver-log: could " << task << " now" << std::endl;
+                talk_ << "mailserver-log: can " << task << " again" << std::endl;
             }
             return true;
         } catch (...) {

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <system_error>
 
@@ -16,13 +17,14 @@ namespace {
 constexpr std::array<int, 2> kSignals = {SIGTERM, SIGINT};
 
 // What the signal handler needs can only be global.
-volatile sig_atomic_t stop_requested = 0;
+std::atomic<bool> stop_requested = false;
+static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler sets it");
 int stop_pipe[2] = {-1, -1};
 struct sigaction former_actions[kSignals.size()];
 
 void RequestStop(int /*signal*/) {
     const int former_errno = errno;
-    stop_requested = 1;
+    stop_requested = true;
     // A full pipe is as good: the reading end is readable.
     [[maybe_unused]] const ssize_t written = write(stop_pipe[1], "", 1);
     errno = former_errno;
@@ -31,7 +33,7 @@ void RequestStop(int /*signal*/) {
 }  // namespace
 
 StopSignal::StopSignal() {
-    stop_requested = 0;
+    stop_requested = false;
     if (pipe2(stop_pipe, O_CLOEXEC | O_NONBLOCK) != 0) {
         throw std::system_error(errno, std::generic_category(), "pipe for signals");
     }
@@ -51,7 +53,7 @@ StopSignal::~StopSignal() {
 }
 
 bool StopSignal::Requested() const {
-    return stop_requested != 0;
+    return stop_requested;
 }
 
 StopSignal::Wake StopSignal::Wait(int descriptor, std::chrono::milliseconds limit) const {

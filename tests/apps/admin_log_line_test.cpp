@@ -70,7 +70,9 @@ TEST(AdminLogLine, SaysWhyItCannotRead) {
     } rows[] = {
         {AdminLine("s").substr(0, 100), "the record is cut short"},
         {AdminLine("s").substr(0, 100) + AdminLine("t"), "the record is cut short"},
-        {"from=<" + AdminLine("s"), "what stands before the record is no prefix of the system log"},
+        {"from=<" + AdminLine("s"),
+         "what stands before the record is no prefix of the system log, or one of another "
+         "priority"},
         {Replaced(R"("UID":1024)", R"("UID":)"), "the record is no JSON"},
         {Replaced(R"("IP")", R"("USER")"), "the record is no JSON"},
         {Replaced(R"("TAB_TYPE":20,)", ""), "TAB_TYPE is missing"},
@@ -116,6 +118,7 @@ TEST(AdminLogLine, KnowsThePrefixesOfSystemLogs) {
         {"<16>", true},
         {"<16>Nov 22 10:00:00 mailserver-log: ", true},
         {"<22>Nov 22 10:00:00 mailserver-log: ", false},
+        {"Nov 22 10:00:00\tnas\tcgi:\t", true},
         {"2026-11-22T10:00:00.123456+01:00 nas cgi[7]:", true},
         {"Nov 22 10:00:00 nas a program:  ", true},
         {"<16>1 2026-11-22T10:00:00Z nas cgi 7 - - ", true},
