@@ -8,7 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
+#include <tuple>
 
 #include "failure.h"
 #include "input.h"
@@ -21,17 +21,17 @@ namespace serverlog::program {
 namespace {
 
 constexpr char kIdentifier[] = "mailserver-log";
-constexpr char kNothingGiven[] = "";
 
 struct CallOptions {
     std::string operation;
-    std::string params_path = kNothingGiven;
-    std::string body_path = kNothingGiven;
+    std::string params_path;  // empty if none is given
+    std::string body_path;    // likewise
     int error = 0;
     std::string user = "admin";
     unsigned int uid = 1024;
     std::string ip = "127.0.0.1";
-    std::vector<std::string> exec;  // API, METHOD, VERSION
+    bool has_exec = false;
+    std::tuple<std::string, std::string, int> exec;  // API, METHOD, VERSION
     bool echo = false;
 };
 
@@ -43,18 +43,8 @@ Json::Value ReadBody(const std::string& path) {
     return path.empty() ? Json::Value() : ParseDocument(ReadInput(path), path + " (the body)");
 }
 
-int ReadVersion(const std::string& text) {
-    int version = 0;
-    if (!CLI::detail::lexical_cast(text, version)) {
-        throw CLI::ValidationError("--exec", "VERSION is no number: " + text);
-    }
-    return version;
-}
-
-void RunApi(const CallOptions& options, int version, const Json::Value& params,
-            MERO::APIResponse& response) {
-    const std::string& api = options.exec[0];
-    const std::string& method = options.exec[1];
+void RunApi(const CallOptions& options, const Json::Value& params, MERO::APIResponse& response) {
+    const auto& [api, method, version] = options.exec;
     Json::Value result;
     MERO::APIRunner::Exec(result, api.c_str(), version, method.c_str(), params,
                           options.user.c_str());
@@ -92,7 +82,6 @@ void RunCall(const CallOptions& options) {
     if (options.params_path == "-" && options.body_path == "-") {
         throw CLI::ValidationError("--body", "standard input holds the parameters already");
     }
-    const int version = options.exec.empty() ? 0 : ReadVersion(options.exec[2]);
     // All input is read before anything happens.
     const Json::Value params = ReadParams(options.params_path);
     const Json::Value body = ReadBody(options.body_path);
@@ -101,8 +90,8 @@ void RunCall(const CallOptions& options) {
     logger.PreLog();
     MERO::APIRequest request(options.user, options.uid, options.ip, params);
     MERO::APIResponse response;
-    if (!options.exec.empty()) {
-        RunApi(options, version, params, response);
+    if (options.has_exec) {
+        RunApi(options, params, response);
     } else {
         response.SetError(options.error, body);
     }
@@ -133,14 +122,17 @@ void AddCall(CLI::App& program) {
     call->add_option("--uid", options->uid, "User number of the caller [1024]")->type_name("N");
     call->add_option("--ip", options->ip, "Address of the caller [127.0.0.1]")
         ->type_name("ADDRESS");
-    call->add_option("--exec", options->exec,
-                     "Run this web API method with the parameters; its result is the response")
-        ->type_name("API METHOD VERSION")
-        ->expected(3)
-        ->excludes(body)
-        ->excludes(error);
+    auto* exec =
+        call->add_option("--exec", options->exec,
+                         "Run this web API method with the parameters; its result is the response")
+            ->type_name("API METHOD VERSION")
+            ->excludes(body)
+            ->excludes(error);
     call->add_flag("--echo", options->echo, "Write each line to standard output, too");
-    call->callback([options] { RunCall(*options); });
+    call->callback([options, exec] {
+        options->has_exec = exec->count() > 0;
+        RunCall(*options);
+    });
 }
 
 }  // namespace serverlog::program

@@ -56,7 +56,7 @@ TEST(Program, RefusesAWrongCommandLine) {
         {{"call", "x", "--uid", "-1"}, "--uid"},
         {{"call", "x", "--error", "none"}, "--error"},
         {{"call", "x", "--exec", "API", "get"}, "--exec"},
-        {{"call", "x", "--exec", "API", "get", "one"}, "VERSION is no number: one"},
+        {{"call", "x", "--exec", "API", "get", "one"}, "--exec"},
         {{"call", "x", "--exec", "API", "get", "1", "--body", "-"}, "--body"},
         {{"call", "x", "--params", "-", "--body", "-"}, "standard input"},
         {{"load"}, "STORE"},
