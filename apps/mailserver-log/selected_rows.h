@@ -89,7 +89,9 @@ class SelectedRows {
         if (!selection_.file.empty() || !std::filesystem::exists(Store::kMainPath)) {
             return std::nullopt;
         }
-        OpenedStore<Store>(Store::kMainPath);  // brings its schema up to date
+        {
+            const OpenedStore<Store> upgraded(Store::kMainPath);  // brings its schema up to date
+        }
         return std::optional<AttachedFile>(std::in_place, store_.Get(), Store::kMainPath, "DB1");
     }
 
