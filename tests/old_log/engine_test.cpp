@@ -7,9 +7,6 @@
 #include <sched.h>
 #include <sqlite3.h>
 
-#include <fcntl.h>
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -208,9 +205,7 @@ TEST_F(Engine, AttachesALongTermFileOfTheDayOrLater) {
     };
     MakeLongTermFiles();
     for (const auto& row : rows) {
-        const long time = LocalTime(row.changed);
-        const timespec times[] = {{time, 0}, {time, 0}};
-        ASSERT_EQ(utimensat(AT_FDCWD, kMailMain.c_str(), times, 0), 0);
+        test::SetChangeTime(kMailMain, LocalTime(row.changed));
         EXPECT_EQ(logger.shouldAttach(kMailMain), row.attach) << row.name;
         DBHandler handler(test::kSpool + "aggr_mail_log.db", "");
         EXPECT_EQ(logger.attachLogDBs(&handler, MailStatus::Sent, TimeScale::Hour),
@@ -248,11 +243,57 @@ TEST_F(Engine, WithoutItsFolderItFailsAndStaysAlive) {
                   MailLogger logger(300);
                   const std::string error = std::to_string(logger.error());
                   logger.statistic();
+                  logger.checkArchiveSetting();
                   return error + " " + std::to_string(logger.securityStatistic()) + " " +
                          std::to_string(logger.removeOldLog()) + " " +
                          std::to_string(logger.saveStatistic(now_, {}));
               }),
               "-1 -1 0 -1");
+}
+
+TEST_F(Engine, TurnsArchivingOffWhenItsFolderIsGone) {
+    const struct {
+        const char* name;
+        const char* enabled;
+        const char* destination;
+        const char* role;
+        const char* health;
+        const char* after;
+        Rows lines;
+    } rows[] = {
+        {"gone", "yes", "/volume1/gone", "single", "yes", "no", {}},
+        {"never set", "yes", "", "master", "yes", "no", {}},
+        {"there", "yes", "/volume1", "single", "yes", "yes", {}},
+        {"another value", "Yes", "/volume1/gone", "single", "yes", "Yes", {}},
+        {"may not act", "yes", "/volume1/gone", "member", "yes", "yes", {}},
+        {"no role", "yes", "/volume1/gone", "guest", "yes", "yes", {"Can not get node role"}},
+        {"ill", "yes", "/volume1/gone", "single", "no", "yes", {"cluster is not health"}},
+    };
+    test::SyslogSocket syslog;
+    test::WriteTextFile("/var/packages/PostCube-Server/etc/notify.d/hook",
+                        "#!/bin/sh\n{ echo $1; cat; } >/tmp/notified\n", 0755);
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        fs::remove("/tmp/notified");
+        MailLogger logger(300);
+        ASSERT_EQ(mailConfSet("archive_enable_schedule", row.enabled, false, 0), 0);
+        ASSERT_EQ(mailConfSet("archive_destination", row.destination, false, 0), 0);
+        ASSERT_EQ(mailConfSet("cluster_role", row.role, false, 0), 0);
+        ASSERT_EQ(mailConfSet("cluster_health", row.health, false, 0), 0);
+        syslog.Take();
+        logger.checkArchiveSetting();
+        EXPECT_EQ(syslog.TakeErrors(), row.lines);
+        std::string after;
+        ASSERT_EQ(mailConfGet("archive_enable_schedule", after), 0);
+        EXPECT_EQ(after, row.after);
+        if (after == "no") {
+            EXPECT_EQ(test::ReadTextFile("/tmp/notified"),
+                      "POSTCUBE_SERVER_ARCHIVE_SHARE_REMOVE\n{\"%SHARED_FOLDER%\":\"" +
+                          std::string(row.destination) + "\"}");
+        } else {
+            EXPECT_FALSE(fs::exists("/tmp/notified"));
+        }
+    }
 }
 
 TEST_F(Engine, AThousandCyclesLeaveNothingBehind) {

@@ -52,7 +52,7 @@ void FakeClock::Install(char** arguments) {
         return;
     }
     Set(0);
-    setenv(kPreload, (SanitizerLibraries() + LibraryPath()).c_str(), 1);
+    setenv(kPreload, Preload().c_str(), 1);
     setenv("FAKETIME_TIMESTAMP_FILE", kClockFile, 1);
     setenv("FAKETIME_FMT", "%s", 1);
     setenv("FAKETIME_NO_CACHE", "1", 1);
@@ -60,6 +60,10 @@ void FakeClock::Install(char** arguments) {
     setenv("NO_FAKE_STAT", "1", 1);
     execv("/proc/self/exe", arguments);
     throw std::runtime_error("cannot start the test again");
+}
+
+std::string FakeClock::Preload() {
+    return SanitizerLibraries() + LibraryPath();
 }
 
 void FakeClock::Set(long time) {

@@ -41,6 +41,8 @@ class Program {
 
     void Signal(int signal) const;
 
+    pid_t pid() const { return pid_; }
+
     struct Result {
         int status;          ///< exit status, or 128 and the number of the signal that ended it
         std::string output;  ///< all of its standard output

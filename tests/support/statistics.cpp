@@ -1,6 +1,8 @@
 #include "support/statistics.h"
 
+#include <fcntl.h>
 #include <mailserver/file_lock.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -96,6 +98,13 @@ void Rotate(const std::string& log, long before) {
     std::filesystem::copy(current, long_term);
     RunOnFile(long_term, "DELETE FROM " + log + "_log_table WHERE date >= " + time);
     RunOnFile(current, "DELETE FROM " + log + "_log_table WHERE date < " + time);
+}
+
+void SetChangeTime(const std::string& path, long time) {
+    const timespec times[] = {{time, 0}, {time, 0}};
+    if (utimensat(AT_FDCWD, path.c_str(), times, 0) != 0) {
+        throw std::runtime_error("cannot set the time of " + path);
+    }
 }
 
 std::vector<std::string> StatisticRows() {

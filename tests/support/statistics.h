@@ -44,6 +44,9 @@ void AddEvents(const std::string& name, const std::vector<SecurityEvent>& events
 /// @param log  "mail" or "security"
 void Rotate(const std::string& log, long before);
 
+/// Sets when a file was last changed, which tells the engine whether it matters.
+void SetChangeTime(const std::string& path, long time);
+
 /// All rows of the statistics but those of the threats' origin, "<table>|<cells>", sorted.
 std::vector<std::string> StatisticRows();
 

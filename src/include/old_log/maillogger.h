@@ -43,7 +43,7 @@ class MAILSERVER_LOG_EXPORT MailLogger {
     MailLogger(const MailLogger&) = delete;
     MailLogger& operator=(const MailLogger&) = delete;
 
-    /// Runs one cycle: securityStatistic, statistic. Then sleeps until the
+    /// Runs one cycle: checkArchiveSetting, securityStatistic, statistic. Then sleeps until the
     /// next whole multiple of the period; a signal that is handled ends the sleep.
     void run();
 
@@ -63,6 +63,10 @@ class MAILSERVER_LOG_EXPORT MailLogger {
     ///
     /// @return `code`
     int HandleDBError(DBHandler& handler, int code);
+
+    /// Turns scheduled archiving off, and sends a notification, when its folder is gone and this
+    /// machine may act for a healthy cluster.
+    void checkArchiveSetting();
 
     // ---- Attaching ----
 

@@ -30,14 +30,14 @@ MailLogger::MailLogger(int seconds)
       errorSource(kUnknownSource),
       mailLockFd(-1),
       securityLockFd(-1) {
-    if (mkdir(kFolder, 0755) != 0 && errno != EEXIST) {
+    if (mkdir(serverlog::db::kSpoolFolder, 0755) != 0 && errno != EEXIST) {
         SERVERLOG_ERROR_LINE("failed to create log db directory, error: %s", std::strerror(errno));
     }
-    if (mailFileOwnerModeSet(kFolder, "PostCube-Server", 0755) < 0) {
+    if (mailFileOwnerModeSet(serverlog::db::kSpoolFolder, "PostCube-Server", 0755) < 0) {
         return;
     }
-    mailLogDb = std::make_unique<DBHandler>(kMailLogPath, MailLogScript());
-    securityLogDb = std::make_unique<DBHandler>(kSecurityLogPath, SecurityLogScript());
+    mailLogDb = std::make_unique<DBHandler>(kMailLog.path, MailLogScript());
+    securityLogDb = std::make_unique<DBHandler>(kSecurityLog.path, SecurityLogScript());
     statisticDb = std::make_unique<DBHandler>(kStatisticPath, StatisticScript());
     securityStatisticDb =
         std::make_unique<DBHandler>(kSecurityStatisticPath, SecurityStatisticScript());
@@ -66,6 +66,7 @@ MailLogger::~MailLogger() {
 
 void MailLogger::run() {
     // CHECK
+    checkArchiveSetting();
     securityStatistic();
     statistic();
     sleep(static_cast<unsigned>(period - std::time(nullptr) % period));

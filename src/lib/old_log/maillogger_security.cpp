@@ -67,7 +67,7 @@ int MailLogger::securityStatistic() {
                              MLIBCErrorGetFile(), MLIBCErrorGetLine());
         return -1;
     }
-    if (attachDB(securityStatisticDb.get(), kSecurityLogPath, kLogAlias) < 0) {
+    if (attachDB(securityStatisticDb.get(), kSecurityLog.path, kLogAlias) < 0) {
         SERVERLOG_ERROR_LINE("Failed to attach security log db.[0x%04X %s:%d]", MLIBCErrGet(),
                              MLIBCErrorGetFile(), MLIBCErrorGetLine());
         return -1;
