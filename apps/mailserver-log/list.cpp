@@ -1,7 +1,3 @@
-#include <sys/ioctl.h>
-#include <unistd.h>
-
-#include <cstdlib>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -13,6 +9,7 @@
 #include "standard_output.h"
 #include "stores.h"
 #include "subcommands.h"
+#include "terminal_style.h"
 
 namespace serverlog::program {
 
@@ -23,21 +20,6 @@ struct ListOptions {
     std::string format = "table";
     bool follow = false;
 };
-
-TableWriter::Style TerminalStyle() {
-    TableWriter::Style style;
-    winsize size = {};
-    if (isatty(STDOUT_FILENO) == 0) {
-        return style;
-    }
-    if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0) {
-        style.width = size.ws_col;
-    }
-    // https://no-color.org: any value that is not empty.
-    const char* no_color = std::getenv("NO_COLOR");
-    style.with_colours = no_color == nullptr || *no_color == '\0';
-    return style;
-}
 
 template <class Store>
 void Follow(const ListOptions& options) {
