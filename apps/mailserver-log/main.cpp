@@ -61,5 +61,7 @@ int main(int argc, char** argv) {
     serverlog::program::AddList(program);
     serverlog::program::AddExport(program);
     serverlog::program::AddQuery(program);
+    serverlog::program::AddStatistics(program);
+    serverlog::program::AddStats(program);
     return Run(program, argc, argv);
 }

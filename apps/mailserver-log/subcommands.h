@@ -13,5 +13,7 @@ void AddLoad(CLI::App& program);
 void AddList(CLI::App& program);
 void AddExport(CLI::App& program);
 void AddQuery(CLI::App& program);
+void AddStatistics(CLI::App& program);
+void AddStats(CLI::App& program);
 
 }  // namespace serverlog::program

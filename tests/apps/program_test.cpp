@@ -20,6 +20,7 @@ TEST(Program, TellsWhatItIs) {
         {{"call", "--help"}, "--exec"},           {{"collect", "--help"}, "--confirm"},
         {{"load", "--help"}, "--keep-going"},     {{"list", "--help"}, "--since"},
         {{"query", "--help"}, "security.export"}, {{"export", "--help"}, "--no-count"},
+        {{"statistics", "--help"}, "SIGTERM"},    {{"stats", "--help"}, "newest period"},
     };
     for (const auto& row : rows) {
         const Program::Result result = Program::Run(row.arguments);
