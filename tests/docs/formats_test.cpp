@@ -8,11 +8,13 @@
 #include <mailserver-log/db/securitylog/security_log_db.h>
 #include <mailserver-log/log/adminlog/logger/line.h>
 
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "old_log/create_scripts.h"
 #include "support/spool.h"
 #include "support/sqlite_file.h"
 
@@ -63,6 +65,26 @@ TEST(Formats, SchemasAreThoseOfNewStores) {
     CompareStore<AdminLogDB>("admin_log.db", "\n### admin\n");
     CompareStore<MailLogDB>("aggr_mail_log.db", "\n### mail\n");
     CompareStore<SecurityLogDB>("aggr_security_log.db", "\n### security\n");
+}
+
+TEST(Formats, StatisticsAreMadeAsTold) {
+    const struct {
+        const char* heading;
+        std::string script;
+    } files[] = {
+        {"\n### log_statistic.db\n", statistic_log::StatisticScript()},
+        {"\n### security_statistic.db\n", statistic_log::SecurityStatisticScript()},
+    };
+    for (const auto& file : files) {
+        for (const char* path : {"/tmp/made.db", "/tmp/documented.db"}) {
+            std::filesystem::remove(path);
+        }
+        test::RunOnFile("/tmp/made.db", file.script);
+        test::RunOnFile("/tmp/documented.db", SqlBelow(Document(), file.heading));
+        EXPECT_EQ(test::RunOnFile("/tmp/made.db", kShape),
+                  test::RunOnFile("/tmp/documented.db", kShape))
+            << file.heading;
+    }
 }
 
 TEST(Formats, MembersOfTheLineStandInTheirOrder) {
