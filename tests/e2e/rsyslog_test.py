@@ -83,6 +83,11 @@ class RsyslogTest(unittest.TestCase):
                 found.update(map(int, pathlib.Path(file).read_text().split()))
         return found
 
+    def bytes_read(self):
+        """By the collector, which reads nothing while it waits for a line."""
+        text = pathlib.Path(f"/proc/{next(iter(self.collectors()))}/io").read_text()
+        return int(re.search(r"rchar: (\d+)", text)[1])
+
     def log(self, name):
         file = FOLDER / "log" / name
         return file.read_text() if file.exists() else ""
@@ -121,8 +126,11 @@ class RsyslogTest(unittest.TestCase):
         call("first")
         wait_for(rows, "the first row")
         with nobody_else_writes():
-            for user in ("second", "third", "fourth"):
-                call(user)
+            before = self.bytes_read()
+            call("second")
+            wait_for(lambda: self.bytes_read() > before, "the collector to take the second line")
+            call("third")
+            call("fourth")
             self.stop()
         # The line in hand is the one that rsyslog does not keep.
         self.assertEqual([user for user, _ in rows()], ["first"])
