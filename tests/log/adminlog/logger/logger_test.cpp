@@ -194,10 +194,6 @@ TEST_F(LoggerTest, FailingToLoadTheOldStateIsNoFailureOfTheCall) {
     EXPECT_THAT(result.lines[0], HasSubstr("domain []."));
 }
 
-TEST_F(LoggerTest, AnyOtherFailureOfLoadingPassesOn) {
-    EXPECT_THROW(Logger("Webapi_PostCube_Upload_Logo", "no object").PreLog(), Json::LogicError);
-}
-
 TEST_F(LoggerTest, StoreThatCannotBeOpenedEndsTheLogBeforeTheFirstLine) {
     std::filesystem::path const folder = std::filesystem::path(kStore).parent_path();
     std::filesystem::remove_all(folder);
