@@ -46,3 +46,20 @@ endif()
 # The public headers are included as <mailserver-log/...> in the tree as they are once installed.
 file(MAKE_DIRECTORY "${PROJECT_BINARY_DIR}/include")
 file(CREATE_LINK "${PROJECT_SOURCE_DIR}/src/include" "${PROJECT_BINARY_DIR}/include/mailserver-log" SYMBOLIC)
+
+# mailserver_log_precompile(TARGET GROUP HEADER...): where precompiling is asked for, compiles headers of
+# others once for all targets of a group, which are compiled alike; it halves the time of a build. Sources
+# include what they use all the same, and a release build, which goes without, shows where one does not.
+function(mailserver_log_precompile target group)
+    if(NOT MAILSERVER_LOG_PRECOMPILE)
+        return()
+    endif()
+    get_property(first GLOBAL PROPERTY mailserver_log_precompiled_${group})
+    if(first)
+        target_precompile_headers(${target} REUSE_FROM ${first})
+    else()
+        target_precompile_headers(
+            ${target} PRIVATE <algorithm> <functional> <map> <memory> <regex> <sstream> <string> <vector> ${ARGN})
+        set_property(GLOBAL PROPERTY mailserver_log_precompiled_${group} ${target})
+    endif()
+endfunction()
