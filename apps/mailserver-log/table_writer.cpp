@@ -23,6 +23,7 @@ TableWriter::TableWriter(std::ostream& out, std::vector<std::string> headings, S
 
 void TableWriter::Write(const std::vector<std::string>& cells) {
     std::vector<std::string> visible;
+    visible.reserve(cells.size());
     for (const std::string& cell : cells) {
         visible.push_back(VisibleText(cell));
     }

@@ -64,6 +64,7 @@ class RsyslogTest(unittest.TestCase):
     def setUp(self):
         for leftover in (*SPOOL.iterdir(), FOLDER):
             shutil.rmtree(leftover) if leftover.is_dir() else leftover.unlink(missing_ok=True)
+        self.addCleanup(shutil.rmtree, FOLDER)
         self.start()
         self.addCleanup(self.stop)
 
