@@ -22,8 +22,8 @@ constexpr std::chrono::milliseconds kPatience{1000};
 }  // namespace
 
 void AdminLogStore::CheckAccess() {
-    if (access(kStoreFolder, W_OK | X_OK) != 0) {
-        throw Failure(DescribeErrno(std::string("cannot write to the folder ") + kStoreFolder) +
+    if (access(db::kSpoolFolder, W_OK | X_OK) != 0) {
+        throw Failure(DescribeErrno(std::string("cannot write to the folder ") + db::kSpoolFolder) +
                       "; make it, or run this as a user who may write there");
     }
     if (access(AdminStore::kPath, W_OK) != 0 && errno != ENOENT) {

@@ -71,7 +71,7 @@ void Log(log::adminlog::Logger& logger, const CallOptions& options, MERO::APIReq
         logger.Log(&request, &response);
     } catch (...) {
         throw Failure("cannot log " + options.operation + ": " + DescribeException() +
-                      "; check that " + kStoreFolder + " exists and that you may write there");
+                      "; check that " + db::kSpoolFolder + " exists and that you may write there");
     }
     if (echo) {
         echo->Finish(std::cout, std::cerr);

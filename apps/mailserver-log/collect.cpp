@@ -23,8 +23,8 @@ namespace serverlog::program {
 
 namespace {
 
-const std::string kRejectedPath = std::string(kStoreFolder) + "rejected.log";
-const std::string kJournalPlacePath = std::string(kStoreFolder) + "journal.place";
+const std::string kRejectedPath = std::string(db::kSpoolFolder) + "rejected.log";
+const std::string kJournalPlacePath = std::string(db::kSpoolFolder) + "journal.place";
 
 struct CollectOptions {
     std::string input = "-";

@@ -63,5 +63,9 @@ int main(int argc, char** argv) {
     serverlog::program::AddQuery(program);
     serverlog::program::AddStatistics(program);
     serverlog::program::AddStats(program);
+    serverlog::program::AddRotate(program);
+    serverlog::program::AddArchive(program);
+    serverlog::program::AddUpgrade(program);
+    serverlog::program::AddStatus(program);
     return Run(program, argc, argv);
 }

@@ -99,7 +99,7 @@ std::vector<StatisticRow> ReadTraffic(const std::string& scale) {
                                                              {"day", TimeScale::Day},
                                                              {"week", TimeScale::Week},
                                                              {"month", TimeScale::Month}};
-    const std::string path = std::string(kStoreFolder) + "log_statistic.db";
+    const std::string path = std::string(db::kSpoolFolder) + "log_statistic.db";
     const Connection connection = Open(path);
     const std::string number = std::to_string(static_cast<int>(numbers.at(scale)));
     std::vector<StatisticRow> rows;
@@ -109,7 +109,7 @@ std::vector<StatisticRow> ReadTraffic(const std::string& scale) {
 }
 
 std::vector<StatisticRow> ReadThreats(const std::string& scale) {
-    const std::string path = std::string(kStoreFolder) + "security_statistic.db";
+    const std::string path = std::string(db::kSpoolFolder) + "security_statistic.db";
     const Connection connection = Open(path);
     std::vector<StatisticRow> rows;
     for (const char* query : {kThreats, kAddresses, kOrigins}) {

@@ -21,6 +21,7 @@ TEST(Program, TellsWhatItIs) {
         {{"load", "--help"}, "--keep-going"},     {{"list", "--help"}, "--since"},
         {{"query", "--help"}, "security.export"}, {{"export", "--help"}, "--no-count"},
         {{"statistics", "--help"}, "SIGTERM"},    {{"stats", "--help"}, "newest period"},
+        {{"archive", "--help"}, "plain"},         {{"status", "--help"}, "Nothing is created"},
     };
     for (const auto& row : rows) {
         const Program::Result result = Program::Run(row.arguments);

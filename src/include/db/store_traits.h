@@ -15,8 +15,9 @@ inline constexpr char kSpoolFolder[] = "/var/spool/@PostCube-Server/aggr_log/";
 
 /// What belongs to a class of stores: the record of its rows as `Record`, the file of the store
 /// that is in use as `kPath`, the long-term file beside it, which rotation moves rows to, as
-/// `kMainPath`, and the file of rows that wait for the archive as `kArchivePath`. Whoever replaces
-/// or moves one of these files, or relies on their staying in place, holds the lock file
+/// `kMainPath`, the file of rows that wait for the archive as `kArchivePath`, and what rotation
+/// works on, which is there at other times only when a rotation broke off, as `kWorkPath`. Whoever
+/// replaces or moves one of these files, or relies on their staying in place, holds the lock file
 /// `kOperationLock`.
 template <class DB>
 struct StoreTraits;
@@ -28,6 +29,7 @@ struct StoreTraits<AdminLogDB> {
     static constexpr char kMainPath[] = "/var/spool/@PostCube-Server/aggr_log/admin_log_main.db";
     static constexpr char kArchivePath[] =
         "/var/spool/@PostCube-Server/aggr_log/archive_admin_log.db";
+    static constexpr char kWorkPath[] = "/var/spool/@PostCube-Server/aggr_log/tmp_admin_log.db";
     static constexpr char kOperationLock[] = "/var/lock/postcube_server/admin_log_op.lock";
 };
 
@@ -39,6 +41,7 @@ struct StoreTraits<MailLogDB> {
         "/var/spool/@PostCube-Server/aggr_log/aggr_mail_log_main.db";
     static constexpr char kArchivePath[] =
         "/var/spool/@PostCube-Server/aggr_log/archive_aggr_mail_log.db";
+    static constexpr char kWorkPath[] = "/var/spool/@PostCube-Server/aggr_log/tmp_aggr_mail_log.db";
     static constexpr char kOperationLock[] = "/var/lock/postcube_server/mail_log_db.file";
 };
 
@@ -50,6 +53,8 @@ struct StoreTraits<SecurityLogDB> {
         "/var/spool/@PostCube-Server/aggr_log/aggr_security_log_main.db";
     static constexpr char kArchivePath[] =
         "/var/spool/@PostCube-Server/aggr_log/archive_aggr_security_log.db";
+    static constexpr char kWorkPath[] =
+        "/var/spool/@PostCube-Server/aggr_log/tmp_aggr_security_log.db";
     static constexpr char kOperationLock[] = "/var/lock/postcube_server/security_log_db.file";
 };
 

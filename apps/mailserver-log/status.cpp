@@ -1,0 +1,109 @@
+#include <ctime>
+#include <filesystem>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "archive_report.h"
+#include "failure.h"
+#include "readable.h"
+#include "store_facts.h"
+#include "store_report.h"
+#include "stores.h"
+#include "subcommands.h"
+#include "table_writer.h"
+
+namespace serverlog::program {
+
+namespace {
+
+std::string TimeCell(const std::optional<long long>& time) {
+    return time ? ReadableTime(static_cast<std::time_t>(*time)) : "-";
+}
+
+void WriteFile(TableWriter& table, const std::string& store, const FileReport& file) {
+    const std::string name = std::filesystem::path(file.path).filename().string();
+    if (!file.exists) {
+        table.Write({store, name, "-", "-", "-", "-", "-"});
+    } else if (!file.unreadable.empty()) {
+        table.Write({store, name, "?", "?", "?", ReadableSize(file.size), "?"});
+    } else {
+        table.Write({store, name, std::to_string(file.rows), TimeCell(file.oldest),
+                     TimeCell(file.newest), ReadableSize(file.size), std::to_string(file.version)});
+    }
+}
+
+void WriteFiles(const std::vector<StoreReport>& stores) {
+    TableWriter table(std::cout, {"STORE", "FILE", "ROWS", "OLDEST", "NEWEST", "SIZE", "VERSION"},
+                      {});
+    for (const StoreReport& store : stores) {
+        WriteFile(table, store.name, store.current);
+        WriteFile(table, store.name, store.long_term);
+        WriteFile(table, store.name, store.archive);
+    }
+    table.Finish();
+}
+
+void WriteRotation(const StoreReport& store) {
+    std::cout << store.name << ": "
+              << (store.long_term.exists ? "rotated " + ReadableTime(store.long_term.written)
+                                         : "never rotated");
+    if (store.current.rows_before_today > 0) {
+        std::cout << ", rows that wait for rotation: " << store.current.rows_before_today;
+    }
+    std::cout << (store.operation_under_way ? ", being rotated, archived or upgraded right now\n"
+                                            : "\n");
+}
+
+void WriteArchive(const ArchiveReport& archive) {
+    std::cout << "archive: " << (archive.enabled ? "on, to " + archive.destination : "off")
+              << "; rows that wait: " << archive.rows
+              << ", plain text mail logs: " << archive.plain_logs;
+    if (archive.last_plain_log > 0) {
+        std::cout << "; newest log archived: " << ReadableTime(archive.last_plain_log);
+    }
+    std::cout << "\n";
+}
+
+std::size_t WriteProblems(const std::string& about, const std::vector<Problem>& problems) {
+    for (const Problem& problem : problems) {
+        std::cout << "wrong: " << about << ": " << problem.what << ". To do: " << problem.remedy
+                  << ".\n";
+    }
+    return problems.size();
+}
+
+void Status() {
+    const std::vector<StoreReport> stores = {ExamineStore(FactsOf<AdminStore>()),
+                                             ExamineStore(FactsOf<MailStore>()),
+                                             ExamineStore(FactsOf<SecurityStore>())};
+    const ArchiveReport archive = ExamineArchive(stores);
+    WriteFiles(stores);
+    std::cout << "\n";
+    for (const StoreReport& store : stores) {
+        WriteRotation(store);
+    }
+    WriteArchive(archive);
+    std::cout << "\n";
+    std::size_t problems = WriteProblems("archive", archive.problems);
+    for (const StoreReport& store : stores) {
+        problems += WriteProblems(store.name, store.problems);
+    }
+    if (problems > 0) {
+        std::cout << std::flush;
+        throw Failure(std::to_string(problems) + (problems == 1 ? " thing is" : " things are") +
+                      " wrong; what to do stands above");
+    }
+    std::cout << "nothing is wrong\n";
+}
+
+}  // namespace
+
+void AddStatus(CLI::App& program) {
+    CLI::App* status =
+        program.add_subcommand("status", "Tell what the stores hold, and what is wrong with them");
+    status->footer("Nothing is created or changed. Exit status 1 if something is wrong.");
+    status->callback(Status);
+}
+
+}  // namespace serverlog::program
