@@ -56,9 +56,10 @@ TEST_F(Notification, ReachesTheLogAndEveryHook) {
     std::filesystem::create_directory(kHooks + "folder");
     EXPECT_EQ(1, Send());
     for (const char* hook : {"first hook", "second"}) {
-        EXPECT_EQ(Noted(hook), std::string(kTag) +
-                                   "\n{\"%SHARED_FOLDER%\":\"/volume1/a \\\"\\u00f6\\\" %TAG% $(id)\","
-                                   "\"%TAG%\":\"other\"}");
+        EXPECT_EQ(Noted(hook),
+                  std::string(kTag) +
+                      "\n{\"%SHARED_FOLDER%\":\"/volume1/a \\\"\\u00f6\\\" %TAG% $(id)\","
+                      "\"%TAG%\":\"other\"}");
     }
     EXPECT_FALSE(std::filesystem::exists("/tmp/touched"));
     EXPECT_THAT(log_.TakeTexts(LOG_MAIL | LOG_NOTICE),
