@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <mailserver/db_handler.h>
 #include <mailserver/file_lock.h>
 #include <mailserver/mail_conf.h>
 #include <sched.h>
@@ -15,7 +14,6 @@
 #include "old_log/create_scripts.h"
 #include "statistic_view.h"
 #include "support/child.h"
-#include "support/fake_clock.h"
 #include "support/program.h"
 #include "support/spool.h"
 #include "support/sqlite_file.h"
@@ -82,26 +80,6 @@ TEST_F(Statistics, StopInTheMiddleOfTheWorkEndsTheSleepBehindIt) {
     const Program::Result result = program.Wait();
     EXPECT_EQ(result.status, 0) << result.error;
     EXPECT_NE(LastCountTime(), "") << "the cycle in hand was finished";
-}
-
-TEST_F(Statistics, ALogThatStaysBusyIsCountedInALaterCycle) {
-    ASSERT_EQ(Program::Run({"statistics", "--period", "1", "--cycles", "1"}).status, 0);
-    RunOnFile(kStatistic, "DELETE FROM log_statistic_hour");
-    DBHandler writer(test::kSpool + "aggr_security_log.db", "");
-    ASSERT_EQ(writer.connect(), 0);
-    ASSERT_EQ(writer.ExecCmd("BEGIN EXCLUSIVE"), 0);
-    // In there a minute takes a fraction of a second.
-    const Program::Environment fast = {{"LD_PRELOAD", test::FakeClock::Preload()},
-                                       {"FAKETIME", "+0 x200"}};
-    const Program::Result busy =
-        Program::Run({"statistics", "--period", "1", "--cycles", "1"}, {}, fast);
-    EXPECT_EQ(busy.status, 0) << busy.error;
-    EXPECT_THAT(RunOnFile(kStatistic, "SELECT COUNT(*) FROM log_statistic_hour"), ElementsAre("0"));
-    EXPECT_TRUE(test::IsFree(test::kSecurityLock));
-    ASSERT_EQ(writer.ExecCmd("COMMIT"), 0);
-    ASSERT_EQ(Program::Run({"statistics", "--period", "1", "--cycles", "1"}).status, 0);
-    EXPECT_THAT(RunOnFile(kStatistic, "SELECT COUNT(*) > 0 FROM log_statistic_hour"),
-                ElementsAre("1"));
 }
 
 TEST_F(Statistics, SaysWhatIsMissing) {

@@ -190,6 +190,25 @@ TEST_F(Engine, LongTermFileVanishesBetweenCheckAndAttach) {
     EXPECT_FALSE(fs::exists(kMailMain));
 }
 
+TEST_F(Engine, ALogThatStaysBusyIsCountedInALaterCycle) {
+    for (const char* name : {"aggr_mail_log.db", "aggr_security_log.db"}) {
+        SCOPED_TRACE(name);
+        SetUp();
+        MailLogger logger(300);
+        DBHandler writer(test::kSpool + name, "");
+        ASSERT_EQ(writer.connect(), 0);
+        ASSERT_EQ(writer.ExecCmd("BEGIN EXCLUSIVE"), 0);
+        logger.securityStatistic();
+        logger.statistic();
+        EXPECT_THAT(test::StatisticRows(), IsEmpty());
+        ASSERT_EQ(writer.ExecCmd("COMMIT"), 0);
+        EXPECT_EQ(logger.securityStatistic(), 0);
+        logger.statistic();
+        EXPECT_THAT(RunOnFile(kStatistic, "SELECT sentCnt, rejectCnt FROM log_statistic_hour"),
+                    ElementsAre("1|1"));
+    }
+}
+
 TEST_F(Engine, AttachesALongTermFileOfTheDayOrLater) {
     test::SyslogSocket syslog;
     MailLogger logger(300);
@@ -322,9 +341,3 @@ TEST_F(Engine, AThousandCyclesLeaveNothingBehind) {
 }
 
 }  // namespace
-
-int main(int argc, char** argv) {
-    FakeClock::Install(argv);
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}

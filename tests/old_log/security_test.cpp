@@ -399,9 +399,3 @@ TEST_F(Security, CorruptPlacesAreNoPlaces) {
 }
 
 }  // namespace
-
-int main(int argc, char** argv) {
-    FakeClock::Install(argv);
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}

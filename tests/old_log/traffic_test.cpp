@@ -335,9 +335,3 @@ TEST_F(Traffic, UnknownScalesAreRefused) {
 }
 
 }  // namespace
-
-int main(int argc, char** argv) {
-    FakeClock::Install(argv);
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}

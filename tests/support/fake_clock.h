@@ -1,23 +1,16 @@
 #pragma once
 
-#include <string>
-
 namespace test {
 
-/// The clock of a test's process: libfaketime shows it the time that the test sets, and that time
-/// stands still. Times of files and the monotonic clock stay real.
+/// The clock of the test's process. Once a test has set it, it stands still for whatever asks with
+/// time(2) or gettimeofday(2), SQLite among them, and usleep(3) returns at once: so a wait for a
+/// busy file runs out without taking time. Times of files and the clocks of std::chrono stay real,
+/// as does the clock of programs that the test starts.
 class FakeClock {
  public:
-    /// Starts the process afresh with libfaketime in it, unless it is there already. To be called
-    /// first of all in main(). Throws std::runtime_error where there is no libfaketime.
-    static void Install(char** arguments);
-
-    /// What has to be in LD_PRELOAD of a program to have libfaketime in it. Throws as Install.
-    static std::string Preload();
-
     /// Sets the clock.
     ///
-    /// @param time  seconds since the epoch
+    /// @param time  seconds since the epoch, from 0
     static void Set(long time);
 };
 
