@@ -1,6 +1,7 @@
 #include <ctime>
 #include <filesystem>
 #include <iostream>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,7 @@
 #include "stores.h"
 #include "subcommands.h"
 #include "table_writer.h"
+#include "terminal_style.h"
 
 namespace serverlog::program {
 
@@ -35,7 +37,7 @@ void WriteFile(TableWriter& table, const std::string& store, const FileReport& f
 
 void WriteFiles(const std::vector<StoreReport>& stores) {
     TableWriter table(std::cout, {"STORE", "FILE", "ROWS", "OLDEST", "NEWEST", "SIZE", "VERSION"},
-                      {});
+                      TerminalStyle());
     for (const StoreReport& store : stores) {
         WriteFile(table, store.name, store.current);
         WriteFile(table, store.name, store.long_term);

@@ -144,18 +144,20 @@ TEST_F(ArchiverTest, HandsOverAllStores) {
 }
 
 TEST_F(ArchiverTest, BeginsANewArchiveFileEachTimeInOneProcess) {
-    Lines archived;
-    for (int round = 0; round < 3; ++round) {
-        const std::time_t day = kMarch + round * 86400;
-        Add<MailLogDB>(StoreTraits<MailLogDB>::kPath, std::to_string(round), day);
-        EXPECT_TRUE(rotation::Rotater<MailLogDB>(StoreTraits<MailLogDB>::kPath).Rotate());
-        EXPECT_TRUE(Archiver(kArchiveMailLog).Archive());
-        EXPECT_TRUE(Archiver(kArchiveMailLog).Archive()) << "nothing is left to move";
-        const std::string name = "2024030" + std::to_string(2 + round) + "_";
-        const std::string path = kNear + "/" + name + name + "archive_aggr_mail_log.db";
-        EXPECT_THAT(Names<MailLogDB>(path), ElementsAre(std::to_string(round)));
+    for (const std::string& dest : {kNear, kFar}) {
+        TurnOn(dest);
+        for (int round = 0; round < 3; ++round) {
+            const std::time_t day = kMarch + round * 86400;
+            Add<MailLogDB>(StoreTraits<MailLogDB>::kPath, std::to_string(round), day);
+            EXPECT_TRUE(rotation::Rotater<MailLogDB>(StoreTraits<MailLogDB>::kPath).Rotate());
+            EXPECT_TRUE(Archiver(kArchiveMailLog).Archive());
+            EXPECT_TRUE(Archiver(kArchiveMailLog).Archive()) << "nothing is left to move";
+            const std::string name = "2024030" + std::to_string(2 + round) + "_";
+            const std::string path = dest + "/" + name + name + "archive_aggr_mail_log.db";
+            EXPECT_THAT(Names<MailLogDB>(path), ElementsAre(std::to_string(round)));
+        }
+        EXPECT_EQ(FilesIn(dest).size(), 4U);
     }
-    EXPECT_EQ(FilesIn(kNear).size(), 4U);
     EXPECT_THAT(log_.TakeErrors(), IsEmpty());
 }
 
