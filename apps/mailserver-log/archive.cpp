@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "failure.h"
+#include "process/failure.h"
 #include "subcommands.h"
 
 namespace serverlog::program {

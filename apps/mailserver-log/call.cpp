@@ -10,11 +10,11 @@
 #include <string>
 #include <tuple>
 
-#include "failure.h"
-#include "input.h"
-#include "stores.h"
+#include "input/input.h"
+#include "process/failure.h"
+#include "process/syslog_echo.h"
+#include "stores/stores.h"
 #include "subcommands.h"
-#include "syslog_echo.h"
 
 namespace serverlog::program {
 

@@ -6,17 +6,17 @@
 #include <memory>
 #include <string>
 
-#include "admin_log_store.h"
-#include "collector.h"
-#include "confirm_source.h"
-#include "input.h"
-#include "journal_source.h"
-#include "rejected_log.h"
-#include "retry.h"
-#include "socket_source.h"
-#include "stop_signal.h"
-#include "stores.h"
-#include "stream_source.h"
+#include "collect/admin_log_store.h"
+#include "collect/collector.h"
+#include "collect/rejected_log.h"
+#include "input/confirm_source.h"
+#include "input/input.h"
+#include "input/journal_source.h"
+#include "input/socket_source.h"
+#include "input/stream_source.h"
+#include "process/retry.h"
+#include "process/stop_signal.h"
+#include "stores/stores.h"
 #include "subcommands.h"
 
 namespace serverlog::program {

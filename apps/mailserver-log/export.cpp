@@ -5,18 +5,18 @@
 #include <string>
 #include <string_view>
 
-#include "failure.h"
-#include "html_document.h"
-#include "output_target.h"
-#include "progress.h"
-#include "record_writer.h"
-#include "selected_export.h"
-#include "selected_rows.h"
-#include "selection.h"
-#include "standard_output.h"
-#include "stdout_capture.h"
-#include "stop_signal.h"
-#include "stores.h"
+#include "listing/selected_export.h"
+#include "listing/selected_rows.h"
+#include "listing/selection.h"
+#include "output/html_document.h"
+#include "output/output_target.h"
+#include "output/progress.h"
+#include "output/record_writer.h"
+#include "output/standard_output.h"
+#include "output/stdout_capture.h"
+#include "process/failure.h"
+#include "process/stop_signal.h"
+#include "stores/stores.h"
 #include "subcommands.h"
 
 namespace serverlog::program {

@@ -2,14 +2,14 @@
 #include <memory>
 #include <string>
 
-#include "follower.h"
-#include "record_writer.h"
-#include "selected_rows.h"
-#include "selection.h"
-#include "standard_output.h"
-#include "stores.h"
+#include "listing/follower.h"
+#include "listing/selected_rows.h"
+#include "listing/selection.h"
+#include "output/record_writer.h"
+#include "output/standard_output.h"
+#include "output/terminal_style.h"
+#include "stores/stores.h"
 #include "subcommands.h"
-#include "terminal_style.h"
 
 namespace serverlog::program {
 

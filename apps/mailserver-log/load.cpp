@@ -1,8 +1,8 @@
 #include <memory>
 #include <string>
 
-#include "loader.h"
-#include "stores.h"
+#include "stores/loader.h"
+#include "stores/stores.h"
 #include "subcommands.h"
 
 namespace serverlog::program {

@@ -2,8 +2,8 @@
 #include <exception>
 #include <iostream>
 
-#include "failure.h"
-#include "standard_output.h"
+#include "output/standard_output.h"
+#include "process/failure.h"
 #include "subcommands.h"
 
 namespace {

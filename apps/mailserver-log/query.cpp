@@ -21,10 +21,10 @@
 #include <type_traits>
 #include <vector>
 
-#include "failure.h"
-#include "input.h"
-#include "json_writer.h"
-#include "standard_output.h"
+#include "input/input.h"
+#include "output/json_writer.h"
+#include "output/standard_output.h"
+#include "process/failure.h"
 #include "subcommands.h"
 
 namespace serverlog::program {

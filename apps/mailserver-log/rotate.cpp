@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "rotation_watch.h"
-#include "store_step.h"
-#include "stores.h"
+#include "stores/rotation_watch.h"
+#include "stores/store_step.h"
+#include "stores/stores.h"
 #include "subcommands.h"
 
 namespace serverlog::program {

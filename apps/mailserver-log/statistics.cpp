@@ -3,8 +3,8 @@
 #include <limits>
 #include <memory>
 
-#include "cycle_stop.h"
-#include "failure.h"
+#include "process/failure.h"
+#include "statistics/cycle_stop.h"
 #include "subcommands.h"
 
 namespace serverlog::program {

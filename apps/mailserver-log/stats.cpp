@@ -3,11 +3,11 @@
 #include <string>
 #include <vector>
 
-#include "standard_output.h"
-#include "statistic_rows.h"
-#include "statistic_view.h"
+#include "output/standard_output.h"
+#include "output/terminal_style.h"
+#include "statistics/statistic_rows.h"
+#include "statistics/statistic_view.h"
 #include "subcommands.h"
-#include "terminal_style.h"
 
 namespace serverlog::program {
 

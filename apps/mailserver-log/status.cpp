@@ -5,15 +5,15 @@
 #include <string>
 #include <vector>
 
-#include "archive_report.h"
-#include "failure.h"
-#include "readable.h"
-#include "store_facts.h"
-#include "store_report.h"
-#include "stores.h"
+#include "output/readable.h"
+#include "output/table_writer.h"
+#include "output/terminal_style.h"
+#include "process/failure.h"
+#include "stores/archive_report.h"
+#include "stores/store_facts.h"
+#include "stores/store_report.h"
+#include "stores/stores.h"
 #include "subcommands.h"
-#include "table_writer.h"
-#include "terminal_style.h"
 
 namespace serverlog::program {
 

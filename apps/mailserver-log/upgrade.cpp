@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "store_step.h"
-#include "stores.h"
+#include "stores/store_step.h"
+#include "stores/stores.h"
 #include "subcommands.h"
 
 namespace serverlog::program {

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "old_log/create_scripts.h"
-#include "statistic_view.h"
+#include "statistics/statistic_view.h"
 #include "support/child.h"
 #include "support/program.h"
 #include "support/spool.h"

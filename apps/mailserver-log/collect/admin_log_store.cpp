@@ -1,0 +1,72 @@
+#include "collect/admin_log_store.h"
+
+#include <mailserver-log/db/provider.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+
+#include "process/failure.h"
+#include "stores/store_check.h"
+#include "stores/stores.h"
+#include "stores/transaction.h"
+
+namespace serverlog::program {
+
+namespace {
+
+// Short, so that a store that is busy for long does not keep the collector from seeing a request to
+// stop; whoever calls tries again anyway.
+constexpr std::chrono::milliseconds kPatience{1000};
+
+}  // namespace
+
+void AdminLogStore::CheckAccess() {
+    if (access(db::kSpoolFolder, W_OK | X_OK) != 0) {
+        throw Failure(DescribeErrno(std::string("cannot write to the folder ") + db::kSpoolFolder) +
+                      "; make it, or run this as a user who may write there");
+    }
+    if (access(AdminStore::kPath, W_OK) != 0 && errno != ENOENT) {
+        throw Failure(DescribeErrno(std::string("cannot write to the store ") + AdminStore::kPath) +
+                      "; run this as a user who may write to it");
+    }
+}
+
+void AdminLogStore::Insert(const std::vector<record::AdminLog>& records) {
+    if (records.empty()) {
+        return;
+    }
+    if (!store_) {
+        Open();
+    }
+    try {
+        InsertWhole(records);
+    } catch (...) {
+        // The session follows its path. If nothing is there it makes an empty file, which has to
+        // be opened as a new store. An open store, though, is kept through any other trouble:
+        // opening looks at the version, and a store that is locked does not tell it.
+        if (!store_->GetSession().Good() || store_->GetVersion() == 0) {
+            store_.reset();
+        }
+        throw;
+    }
+}
+
+// Not the session that the process shares: if that can't be opened once, it never can.
+void AdminLogStore::Open() {
+    CheckStore(AdminStore::kPath, kPatience);
+    store_.emplace(db::Provider(AdminStore::kPath).Get<db::AdminLogDB>(false));
+}
+
+void AdminLogStore::InsertWhole(const std::vector<record::AdminLog>& records) {
+    store_->GetSession().RawQuery("PRAGMA busy_timeout = " + std::to_string(kPatience.count()));
+    Transaction transaction(store_->GetSession());
+    for (const record::AdminLog& record : records) {
+        if (!store_->MainTable().Create(record)) {
+            throw Failure("the store does not take a row; the disk may be full");
+        }
+    }
+    transaction.Commit();
+}
+
+}  // namespace serverlog::program

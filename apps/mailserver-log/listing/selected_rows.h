@@ -1,0 +1,115 @@
+#pragma once
+
+#include <mailserver-log/db/union_all_select.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "listing/selection.h"
+#include "process/failure.h"
+#include "stores/attached_file.h"
+#include "stores/opened_store.h"
+
+namespace serverlog::program {
+
+/// The rows of a selection, read from the store together with its long-term file or from the one
+/// file that was asked for. Store is a class of stores.h.
+template <class Store>
+class SelectedRows {
+ public:
+    using Record = typename Store::Record;
+
+    /// @param selection  must outlive this object
+    ///
+    /// Throws CLI::ValidationError if the selection is none for this store, Failure if a file can't
+    /// be opened.
+    explicit SelectedRows(const Selection& selection)
+        : selection_(selection),
+          condition_(CheckedCondition(selection)),
+          path_(Path(selection)),
+          store_(path_),
+          long_term_(AttachLongTerm()) {}
+
+    /// The number of rows, without regard to limit and offset. Throws Failure if they can't be
+    /// read.
+    std::uint64_t Count() {
+        return Guarded([this] {
+            return std::get<0>(store_.Get().MainTable().UnionList(condition_, "", "", 0, 0,
+                                                                  store_.Get().Schemas()));
+        });
+    }
+
+    /// The store itself; valid as long as this object.
+    typename Store::DB& Opened() { return store_.Get(); }
+
+    /// Calls `visit(record)` for each row until that returns false. Memory does not grow with the
+    /// rows. Throws Failure if they can't be read to the end; `visit` must not throw.
+    template <class Visit>
+    void ForEach(Visit visit) {
+        Guarded([&] {
+            Record record;
+            db::UnionAllSelectQuery query = store_.Get().MainTable().UnionStepList(
+                condition_, selection_.sort, selection_.ascending ? "ASC" : "DESC",
+                selection_.offset, selection_.limit, store_.Get().Schemas(), record);
+            query.ExecuteWithoutPreFetch();
+            while (query.Fetch()) {
+                if (!visit(record)) {
+                    return;
+                }
+            }
+            if (!query.ErrorText().empty()) {
+                throw Failure(query.ErrorText());
+            }
+        });
+    }
+
+ private:
+    static merodbquery::Condition CheckedCondition(const Selection& selection) {
+        CheckSort(selection, record::ColumnNames<Record>());
+        return StoreCondition<Store>(selection);
+    }
+
+    static std::string Path(const Selection& selection) {
+        if (selection.file.empty()) {
+            return Store::kPath;
+        }
+        // A path below the folder of the stores would be made a store.
+        if (!std::filesystem::exists(selection.file)) {
+            throw Failure("there is no file " + selection.file + "; check its name");
+        }
+        return std::filesystem::absolute(selection.file).string();
+    }
+
+    // The long-term file belongs to the store only; any other file is read alone.
+    std::optional<AttachedFile> AttachLongTerm() {
+        if (!selection_.file.empty() || !std::filesystem::exists(Store::kMainPath)) {
+            return std::nullopt;
+        }
+        {
+            const OpenedStore<Store> upgraded(Store::kMainPath);  // brings its schema up to date
+        }
+        return std::optional<AttachedFile>(std::in_place, store_.Get(), Store::kMainPath, "DB1");
+    }
+
+    template <class Work>
+    auto Guarded(Work work) {
+        try {
+            return work();
+        } catch (...) {
+            throw Failure("cannot read all of " + path_ + ": " + DescribeException() +
+                          "; see the mail log, and try again");
+        }
+    }
+
+    const Selection& selection_;
+    merodbquery::Condition condition_;
+    std::string path_;
+    OpenedStore<Store> store_;
+    std::optional<AttachedFile> long_term_;
+};
+
+}  // namespace serverlog::program

@@ -1,0 +1,117 @@
+#pragma once
+
+#include <mailserver-log/record/columns.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "listing/list_view.h"
+#include "output/csv_writer.h"
+#include "output/json_writer.h"
+#include "output/table_writer.h"
+
+namespace serverlog::program {
+
+/// Writes the records of a store one by one in some format.
+template <class Store>
+class RecordWriter {
+ public:
+    using Record = typename Store::Record;
+
+    virtual ~RecordWriter() = default;
+    virtual void Write(const Record& record) = 0;
+
+    /// Hands on what is held back, when no record may come for a while.
+    virtual void Flush() {}
+
+    /// To be called once, behind the last record.
+    virtual void Finish() {}
+};
+
+/// JSON with the values as they are stored, so that lines of it can be loaded again.
+template <class Store>
+class JsonRecordWriter : public RecordWriter<Store> {
+ public:
+    JsonRecordWriter(std::ostream& out, JsonWriter::Form form) : json_(out, form) {}
+    void Write(const typename Store::Record& record) override {
+        json_.Write(record::ToJson(record));
+    }
+    void Finish() override { json_.Finish(); }
+
+ private:
+    JsonWriter json_;
+};
+
+/// CSV with all columns, headed by their names.
+template <class Store>
+class CsvRecordWriter : public RecordWriter<Store> {
+ public:
+    explicit CsvRecordWriter(std::ostream& out) : csv_(out) {
+        csv_.Write(record::ColumnNames<typename Store::Record>());
+    }
+    void Write(const typename Store::Record& record) override { csv_.Write(ReadableCells(record)); }
+
+ private:
+    CsvWriter csv_;
+};
+
+/// A table of the columns that matter to a person.
+template <class Store>
+class TableRecordWriter : public RecordWriter<Store> {
+ public:
+    TableRecordWriter(std::ostream& out, TableWriter::Style style)
+        : table_(out, Headings(), style) {
+        const std::vector<std::string> names = record::ColumnNames<typename Store::Record>();
+        for (const TableColumn& column : TableColumns(Store())) {
+            const auto place = std::find(names.begin(), names.end(), column.column);
+            cells_.push_back(static_cast<std::size_t>(place - names.begin()));
+        }
+    }
+    void Write(const typename Store::Record& record) override {
+        const std::vector<std::string> all = ReadableCells(record);
+        std::vector<std::string> shown;
+        for (const std::size_t cell : cells_) {
+            shown.push_back(all[cell]);
+        }
+        table_.Write(shown);
+    }
+    void Flush() override { table_.Flush(); }
+    void Finish() override { table_.Finish(); }
+
+ private:
+    static std::vector<std::string> Headings() {
+        std::vector<std::string> headings;
+        for (const TableColumn& column : TableColumns(Store())) {
+            headings.emplace_back(column.heading);
+        }
+        return headings;
+    }
+
+    TableWriter table_;
+    std::vector<std::size_t> cells_;  // indices of the cells that are shown
+};
+
+/// A writer of the format that "table", "json", "ndjson" or "csv" names.
+///
+/// @param out    must outlive the result
+/// @param style  what a table looks like
+template <class Store>
+std::unique_ptr<RecordWriter<Store>> MakeRecordWriter(const std::string& format, std::ostream& out,
+                                                      TableWriter::Style style = {}) {
+    if (format == "json") {
+        return std::make_unique<JsonRecordWriter<Store>>(out, JsonWriter::Form::kArray);
+    }
+    if (format == "ndjson") {
+        return std::make_unique<JsonRecordWriter<Store>>(out, JsonWriter::Form::kLines);
+    }
+    if (format == "csv") {
+        return std::make_unique<CsvRecordWriter<Store>>(out);
+    }
+    return std::make_unique<TableRecordWriter<Store>>(out, style);
+}
+
+}  // namespace serverlog::program

@@ -1,0 +1,94 @@
+#include "stores/read_only_database.h"
+
+#include <sqlite3.h>
+
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+namespace serverlog::program {
+
+namespace {
+
+constexpr int kPatienceMilliseconds = 5000;
+
+// The file format's version for reading, https://sqlite.org/fileformat2.html: 2 is WAL mode.
+bool IsInWalMode(const std::string& path) {
+    constexpr std::streamoff kVersionOffset = 19;
+    std::ifstream file(path, std::ios::binary);
+    file.seekg(kVersionOffset);
+    return file.get() == 2;
+}
+
+// SQLite makes the files of the log when they are missing, unless the file is said not to change.
+std::string Address(const std::string& path) {
+    const bool has_log =
+        std::filesystem::exists(path + "-wal") && std::filesystem::exists(path + "-shm");
+    return "file:" + path + (IsInWalMode(path) && !has_log ? "?immutable=1" : "?mode=ro");
+}
+
+struct Finalize {
+    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+};
+
+class Rows {
+ public:
+    Rows(sqlite3* handle, const std::string& query) : handle_(handle) {
+        sqlite3_stmt* statement = nullptr;
+        if (sqlite3_prepare_v2(handle, query.c_str(), -1, &statement, nullptr) != SQLITE_OK) {
+            throw std::runtime_error(sqlite3_errmsg(handle));
+        }
+        statement_.reset(statement);
+    }
+
+    bool Next() {
+        const int result = sqlite3_step(statement_.get());
+        if (result != SQLITE_ROW && result != SQLITE_DONE) {
+            throw std::runtime_error(sqlite3_errmsg(handle_));
+        }
+        return result == SQLITE_ROW;
+    }
+
+    sqlite3_stmt* Get() const { return statement_.get(); }
+
+ private:
+    sqlite3* handle_;
+    std::unique_ptr<sqlite3_stmt, Finalize> statement_;
+};
+
+}  // namespace
+
+void ReadOnlyDatabase::Close::operator()(sqlite3* handle) const {
+    sqlite3_close(handle);
+}
+
+ReadOnlyDatabase::ReadOnlyDatabase(const std::string& path) {
+    sqlite3* handle = nullptr;
+    const int result = sqlite3_open_v2(Address(path).c_str(), &handle,
+                                       SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, nullptr);
+    handle_.reset(handle);
+    if (result != SQLITE_OK) {
+        throw std::runtime_error(sqlite3_errmsg(handle));
+    }
+    sqlite3_busy_timeout(handle, kPatienceMilliseconds);
+}
+
+std::optional<long long> ReadOnlyDatabase::Number(const std::string& query) const {
+    Rows rows(handle_.get(), query);
+    if (!rows.Next() || sqlite3_column_type(rows.Get(), 0) == SQLITE_NULL) {
+        return std::nullopt;
+    }
+    return sqlite3_column_int64(rows.Get(), 0);
+}
+
+std::vector<std::string> ReadOnlyDatabase::Texts(const std::string& query) const {
+    Rows rows(handle_.get(), query);
+    std::vector<std::string> texts;
+    while (rows.Next()) {
+        const unsigned char* text = sqlite3_column_text(rows.Get(), 0);
+        texts.emplace_back(text == nullptr ? "" : reinterpret_cast<const char*>(text));
+    }
+    return texts;
+}
+
+}  // namespace serverlog::program
