@@ -1,4 +1,5 @@
 #include <fcntl.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <mailserver-log/db/adminlog/admin_log_db.h>
 #include <mailserver-log/db/emaillog/mail_log_db.h>
@@ -246,6 +247,31 @@ TYPED_TEST(Creation, LeavesNothingBehindWhenAStatementFails) {
     EXPECT_EQ(RunOnFile(kPath, "SELECT name FROM sqlite_master"), (Rows{"other", "date_idx"}));
     EXPECT_EQ(this->Version(), (Rows{"0"}));
     EXPECT_TRUE(session.RawQuery("BEGIN")) << "no transaction is left open";
+}
+
+TYPED_TEST(Creation, KeepsTheVersionOfAStoreThatWasLockedForTooLong) {
+    this->Get();
+    static sqlite3* holder;
+    ASSERT_EQ(sqlite3_open(kPath.c_str(), &holder), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(holder, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+    class FreedMeanwhile : public TypeParam {
+     public:
+        using TypeParam::TypeParam;
+        std::vector<std::function<bool(merodbquery::Session&)>> UpgradeFuncs() override {
+            auto steps = TypeParam::UpgradeFuncs();
+            steps[0] = [](merodbquery::Session&) {
+                return sqlite3_close(std::exchange(holder, nullptr)) == SQLITE_OK;
+            };
+            return steps;
+        }
+    };
+    auto session = merodbquery::Session::SQLite(kPath);
+    ASSERT_TRUE(session.RawQuery("PRAGMA busy_timeout = 0"));
+    EXPECT_FALSE(FreedMeanwhile(session).Upgrade());
+    EXPECT_THAT(this->log_.TakeErrors(),
+                testing::ElementsAre(testing::StartsWith("get admin log db version error: ")));
+    sqlite3_close(std::exchange(holder, nullptr));
+    EXPECT_EQ(this->Get().GetVersion(), 4);
 }
 
 TYPED_TEST(Creation, ReportsALockThatCannotBeHad) {

@@ -51,9 +51,9 @@ class MAILSERVER_LOG_EXPORT BaseDB {
 
     /// Runs the steps above the file's version, in ascending order, each followed by its version
     /// stamp. The first failure ends it and leaves the file at the last finished version. A file
-    /// newer than this library knows is left alone.
+    /// newer than this library knows is left alone, and so is one whose version can't be read.
     ///
-    /// Fails as Create does.
+    /// Fails as Create does; false also if the version can't be read.
     bool Upgrade();
 
     /// The schema version; -1, with an error line, if it can't be read.

@@ -14,6 +14,7 @@ namespace serverlog::db {
 namespace {
 
 constexpr char kMainSchema[] = "main";
+constexpr int kUnreadableVersion = -1;
 
 /// Does the work under the lock, released with its failures reported. Whatever the platform refuses
 /// to it is one failure for the caller.
@@ -67,7 +68,7 @@ int BaseDB::GetVersion() {
         return version;
     } catch (const soci::soci_error& error) {
         SERVERLOG_ERROR_LINE("get admin log db version error: %s", error.what());
-        return -1;
+        return kUnreadableVersion;
     }
 }
 
@@ -119,7 +120,13 @@ bool BaseDB::Upgrade() {
 
 bool BaseDB::RunUpgradeFuncs() {
     const auto steps = UpgradeFuncs();
-    for (auto i = static_cast<std::size_t>(std::max(GetVersion() + 1, 0)); i < steps.size(); ++i) {
+    const int version = GetVersion();
+    if (version == kUnreadableVersion) {
+        // Locked, or no database. Going on would stamp version 0 as soon as a lock is gone, and a
+        // store with tables and version 0 can never be opened again.
+        return false;
+    }
+    for (auto i = static_cast<std::size_t>(std::max(version + 1, 0)); i < steps.size(); ++i) {
         if (!steps[i](session_) || !SetVersion(static_cast<int>(i))) {
             return false;
         }
