@@ -124,7 +124,7 @@ class NoRowLost : public testing::Test {
 };
 
 using SomeStores = testing::Types<AdminLogDB, MailLogDB>;
-TYPED_TEST_SUITE(NoRowLost, SomeStores);
+TYPED_TEST_SUITE(NoRowLost, SomeStores, );
 
 TYPED_TEST(NoRowLost, ByAKillAtAnyMoment) {
     constexpr std::size_t kPoints = 60;

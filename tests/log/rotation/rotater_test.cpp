@@ -101,7 +101,7 @@ class RotaterTest : public testing::Test {
 };
 
 using Stores = testing::Types<AdminLogDB, MailLogDB, SecurityLogDB>;
-TYPED_TEST_SUITE(RotaterTest, Stores);
+TYPED_TEST_SUITE(RotaterTest, Stores, );
 
 TYPED_TEST(RotaterTest, MovesWhatIsOlderThanTodayThriceInOneProcess) {
     using Store = StoreTraits<TypeParam>;

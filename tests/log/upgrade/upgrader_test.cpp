@@ -39,7 +39,7 @@ class UpgraderTest : public testing::Test {
 };
 
 using Stores = testing::Types<AdminLogDB, MailLogDB, SecurityLogDB>;
-TYPED_TEST_SUITE(UpgraderTest, Stores);
+TYPED_TEST_SUITE(UpgraderTest, Stores, );
 
 TYPED_TEST(UpgraderTest, UpgradesTheFilesThatExist) {
     using Store = db::StoreTraits<TypeParam>;
