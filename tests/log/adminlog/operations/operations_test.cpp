@@ -6,6 +6,8 @@
 #include <set>
 #include <string>
 
+#include "log/adminlog/toolkit/comparing.h"
+
 namespace {
 
 using namespace serverlog::log::adminlog;
@@ -63,6 +65,25 @@ TEST(OperationsTest, TemplatesAreFitForTheLine) {
             }
         }
     }
+}
+
+// Whoever adds an operation or takes one away changes these on purpose; a row lost in a merge does
+// not.
+TEST(OperationsTest, TheTableIsWhole) {
+    int without_info = 0;
+    int without_diff = 0;
+    int with_default_diff = 0;
+    for (auto const& [key, factory] : Factories()) {
+        LoggerConfig const config = factory();
+        without_info += config.info ? 0 : 1;
+        without_diff += config.diff ? 0 : 1;
+        auto const* diff = config.diff.target<decltype(&DefaultDiff)>();
+        with_default_diff += diff != nullptr && *diff == &DefaultDiff ? 1 : 0;
+    }
+    EXPECT_EQ(Factories().size(), 145U);
+    EXPECT_EQ(without_info, 47);
+    EXPECT_EQ(without_diff, 102);
+    EXPECT_EQ(with_default_diff, 20);
 }
 
 TEST(OperationsTest, ThreeOperationsHaveAFixedText) {

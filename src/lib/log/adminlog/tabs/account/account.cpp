@@ -3,6 +3,7 @@
 #include "log/adminlog/tabs/account/templates.h"
 #include "log/adminlog/tabs/common/account_name.h"
 #include "log/adminlog/tabs/common/limit_text.h"
+#include "log/adminlog/tabs/common/templates.h"
 #include "log/adminlog/toolkit/formatting.h"
 #include "log/adminlog/toolkit/label.h"
 #include "log/adminlog/toolkit/muggle_translate.h"
@@ -103,7 +104,7 @@ StatementRows TranslateSetGroupQuota(std::string const& statement, Json::Value c
 StatementRows TranslateSetSystemQuota(std::string const& statement, Json::Value const& old_info,
                                       Json::Value const& params, Json::Value const& diff,
                                       Json::Value const& /*body*/) {
-    if (statement == kSystemSettingChanged) {
+    if (statement == kSettingChanged) {
         return MuggleTranslate(old_info, params, diff, MakeTranslators(kSystemSettings));
     }
     if (statement == kDefaultQuotaSet) {

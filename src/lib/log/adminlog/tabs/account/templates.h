@@ -7,7 +7,6 @@ inline constexpr char kQuotaCleared[] = "The mailbox quota for %0% %1% was clear
 inline constexpr char kQuotaSet[] = "The mailbox quota for %0% %1% was set to %2%.";
 inline constexpr char kRemainingCapacitySet[] =
     "The remaining capacity notification for %0% %1% was set to %2%.";
-inline constexpr char kSystemSettingChanged[] = "%0% was changed from %1% to %2%.";
 inline constexpr char kDefaultQuotaSet[] = "The default mailbox quota was set to %0%.";
 inline constexpr char kDefaultRemainingCapacitySet[] =
     "The default remaining capacity notification was set to %0%.";

@@ -1,6 +1,7 @@
 #include "log/adminlog/tabs/antivirus/antivirus_settings.h"
 
 #include "log/adminlog/tabs/antivirus/templates.h"
+#include "log/adminlog/tabs/common/templates.h"
 #include "log/adminlog/toolkit/formatting.h"
 #include "log/adminlog/toolkit/label.h"
 #include "log/adminlog/toolkit/muggle_translate.h"

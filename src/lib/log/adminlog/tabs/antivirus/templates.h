@@ -4,7 +4,6 @@
 /// its download functions, so that its templates for downloads stand here too.
 namespace serverlog::log::adminlog::antivirus {
 
-inline constexpr char kSettingChanged[] = "%0% was changed from %1% to %2%.";
 inline constexpr char kTemplateEdited[] = "%0% at antivirus template settings was edited.";
 inline constexpr char kMailDeleted[] =
     "The mail on quarantine list from %0% with subject %1% was deleted.";

@@ -3,7 +3,6 @@
 /// The statement templates that the functions of the authentication page know.
 namespace serverlog::log::adminlog::authentication {
 
-inline constexpr char kSettingChanged[] = "%0% was changed from %1% to %2%.";
 inline constexpr char kSenderAdded[] = "IP: %0% Name: %1% was added to DKIM whitelist.";
 inline constexpr char kSenderDeleted[] = "IP: %0% Name: %1% was deleted from DKIM whitelist.";
 inline constexpr char kSenderChanged[] =

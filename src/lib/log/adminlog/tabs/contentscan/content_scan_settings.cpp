@@ -1,5 +1,6 @@
 #include "log/adminlog/tabs/contentscan/content_scan_settings.h"
 
+#include "log/adminlog/tabs/common/templates.h"
 #include "log/adminlog/tabs/contentscan/templates.h"
 #include "log/adminlog/toolkit/formatting.h"
 #include "log/adminlog/toolkit/label.h"

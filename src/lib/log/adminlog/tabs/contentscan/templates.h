@@ -3,7 +3,6 @@
 /// The statement templates that the functions of the content scan page know.
 namespace serverlog::log::adminlog::contentscan {
 
-inline constexpr char kSettingChanged[] = "%0% was changed from %1% to %2%.";
 inline constexpr char kTypeCreated[] = "Attachment filter type %0% was created.";
 inline constexpr char kTypeDeleted[] = "Attachment filter type %0% was deleted.";
 

@@ -1,5 +1,6 @@
 #include "log/adminlog/tabs/mcp/mcp_settings.h"
 
+#include "log/adminlog/tabs/common/templates.h"
 #include "log/adminlog/tabs/mcp/templates.h"
 #include "log/adminlog/toolkit/formatting.h"
 #include "log/adminlog/toolkit/label.h"

@@ -4,7 +4,6 @@
 /// quarantine stand with the antivirus page, whose functions they use.
 namespace serverlog::log::adminlog::mcp {
 
-inline constexpr char kSettingChanged[] = "%0% was changed from %1% to %2%.";
 inline constexpr char kBounceTemplateEdited[] = "%0% at MCP template settings was edited.";
 inline constexpr char kRuleCreated[] = "MCP rule %0% was created.";
 inline constexpr char kRuleDeleted[] = "MCP rule %0% was deleted.";

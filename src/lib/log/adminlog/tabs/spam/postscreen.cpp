@@ -1,5 +1,6 @@
 #include "log/adminlog/tabs/spam/postscreen.h"
 
+#include "log/adminlog/tabs/common/templates.h"
 #include "log/adminlog/tabs/spam/templates.h"
 #include "log/adminlog/toolkit/comparing.h"
 #include "log/adminlog/toolkit/label.h"

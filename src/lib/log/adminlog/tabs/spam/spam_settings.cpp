@@ -1,5 +1,6 @@
 #include "log/adminlog/tabs/spam/spam_settings.h"
 
+#include "log/adminlog/tabs/common/templates.h"
 #include "log/adminlog/tabs/spam/score_text.h"
 #include "log/adminlog/tabs/spam/templates.h"
 #include "log/adminlog/toolkit/formatting.h"

@@ -3,8 +3,6 @@
 /// The statement templates that the functions of the spam page know.
 namespace serverlog::log::adminlog::spam {
 
-inline constexpr char kSettingChanged[] = "%0% was changed from %1% to %2%.";
-
 inline constexpr char kServerCreated[] = "DNSBL server %0% was created.";
 inline constexpr char kServerDeleted[] = "DNSBL server %0% was deleted.";
 inline constexpr char kServerChanged[] = "%0% of DNSBL server %1% was changed from %2% to %3%.";
