@@ -196,7 +196,7 @@ TEST_F(APIRunnerTest, SeesARotationBetweenTwoCalls) {
 
 TEST_F(APIRunnerTest, NeverMixesTwoPicturesOfAFile) {
     test::AddRows<db::MailLogDB>(kMail, MailRows(5));
-    for (const int count : {10, 500}) {
+    for (const std::size_t count : {10U, 500U}) {
         test::AddRows<db::MailLogDB>(kSpool + std::to_string(count) + ".db", MailRows(count));
     }
     fs::copy_file(kSpool + "10.db", kMailMain);
