@@ -76,6 +76,12 @@ class SandboxTest(unittest.TestCase):
             with self.subTest(file):
                 self.assertIn("Read-only file system", sandbox("touch", file).stderr)
 
+    def test_network_is_left_out_on_request(self):
+        self.need_namespaces()
+        script = "tail -n +3 /proc/net/dev | cut -d: -f1; echo >/dev/udp/127.0.0.1/9 && echo up"
+        result = sandbox("--no-network", "bash", "-c", script)
+        self.assertEqual(result.stdout.split(), ["lo", "up"], result.stderr)
+
     def test_another_identity_reaches_the_project(self):
         if os.geteuid() != 0:
             self.skipTest("an ordinary user has no second identity in a sandbox")
