@@ -1,7 +1,5 @@
 #pragma once
 
-#include <mailserver-log/db/union_all_select.h>
-
 #include <algorithm>
 #include <chrono>
 #include <iostream>
@@ -11,6 +9,7 @@
 #include <vector>
 
 #include "listing/added_rows.h"
+#include "listing/row_cursor.h"
 #include "listing/selected_rows.h"
 #include "listing/selection.h"
 #include "output/record_writer.h"
@@ -137,18 +136,13 @@ class Follower {
     // The rows of the selection behind `last` and up to `end`.
     std::vector<Record> ReadRecords(long long last, long long end) {
         using merodbquery::Condition;
-        Record record;
-        db::UnionAllSelectQuery query = rows_->Opened().MainTable().UnionStepList(
-            condition_ && Condition::ConditionFactory("rowid", ">", last) &&
-                Condition::ConditionFactory("rowid", "<=", end),
-            "rowid", "ASC", 0, -1, {"main"}, record);
-        query.ExecuteWithoutPreFetch();
+        RowCursor<Store> rows(rows_->Opened(),
+                              condition_ && Condition::ConditionFactory("rowid", ">", last) &&
+                                  Condition::ConditionFactory("rowid", "<=", end),
+                              {{"rowid"}}, {"main"});
         std::vector<Record> records;
-        while (query.Fetch()) {
-            records.push_back(record);
-        }
-        if (!query.ErrorText().empty()) {
-            throw Failure(query.ErrorText());
+        while (rows.Next()) {
+            records.push_back(rows.Row());
         }
         return records;
     }

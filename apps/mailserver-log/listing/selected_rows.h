@@ -1,7 +1,5 @@
 #pragma once
 
-#include <mailserver-log/db/union_all_select.h>
-
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -9,9 +7,12 @@
 #include <tuple>
 #include <vector>
 
+#include "listing/read_guarded.h"
+#include "listing/row_cursor.h"
 #include "listing/selection.h"
 #include "process/failure.h"
 #include "stores/attached_file.h"
+#include "stores/long_term_file.h"
 #include "stores/opened_store.h"
 
 namespace serverlog::program {
@@ -32,12 +33,13 @@ class SelectedRows {
           condition_(CheckedCondition(selection)),
           path_(Path(selection)),
           store_(path_),
-          long_term_(AttachLongTerm()) {}
+          // Any other file is read alone.
+          long_term_(selection.file.empty() ? AttachLongTermFile(store_) : std::nullopt) {}
 
     /// The number of rows, without regard to limit and offset. Throws Failure if they can't be
     /// read.
     std::uint64_t Count() {
-        return Guarded([this] {
+        return ReadGuarded(path_, [this] {
             return std::get<0>(store_.Get().MainTable().UnionList(condition_, "", "", 0, 0,
                                                                   store_.Get().Schemas()));
         });
@@ -50,19 +52,15 @@ class SelectedRows {
     /// rows. Throws Failure if they can't be read to the end; `visit` must not throw.
     template <class Visit>
     void ForEach(Visit visit) {
-        Guarded([&] {
-            Record record;
-            db::UnionAllSelectQuery query = store_.Get().MainTable().UnionStepList(
-                condition_, selection_.sort, selection_.ascending ? "ASC" : "DESC",
-                selection_.offset, selection_.limit, store_.Get().Schemas(), record);
-            query.ExecuteWithoutPreFetch();
-            while (query.Fetch()) {
-                if (!visit(record)) {
+        ReadGuarded(path_, [&] {
+            RowCursor<Store> rows(
+                store_.Get(), condition_,
+                {{selection_.sort}, selection_.ascending, selection_.offset, selection_.limit},
+                store_.Get().Schemas());
+            while (rows.Next()) {
+                if (!visit(rows.Row())) {
                     return;
                 }
-            }
-            if (!query.ErrorText().empty()) {
-                throw Failure(query.ErrorText());
             }
         });
     }
@@ -82,27 +80,6 @@ class SelectedRows {
             throw Failure("there is no file " + selection.file + "; check its name");
         }
         return std::filesystem::absolute(selection.file).string();
-    }
-
-    // The long-term file belongs to the store only; any other file is read alone.
-    std::optional<AttachedFile> AttachLongTerm() {
-        if (!selection_.file.empty() || !std::filesystem::exists(Store::kMainPath)) {
-            return std::nullopt;
-        }
-        {
-            const OpenedStore<Store> upgraded(Store::kMainPath);  // brings its schema up to date
-        }
-        return std::optional<AttachedFile>(std::in_place, store_.Get(), Store::kMainPath, "DB1");
-    }
-
-    template <class Work>
-    auto Guarded(Work work) {
-        try {
-            return work();
-        } catch (...) {
-            throw Failure("cannot read all of " + path_ + ": " + DescribeException() +
-                          "; see the mail log, and try again");
-        }
     }
 
     const Selection& selection_;

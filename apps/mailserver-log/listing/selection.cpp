@@ -47,14 +47,18 @@ void AddFilters(CLI::App& command, Selection& selection) {
 
 }  // namespace
 
+void AddTimes(CLI::App& command, std::string& since, std::string& until) {
+    command.add_option("--since", since, "Rows from this time on; a day from its start")
+        ->type_name("TIME");
+    command.add_option("--until", until, "Rows up to this time; a day up to its end")
+        ->type_name("TIME");
+}
+
 void AddSelection(CLI::App& command, Selection& selection) {
     command.add_option("STORE", selection.store, "admin, mail or security")
         ->required()
         ->check(CLI::IsMember({AdminStore::kName, MailStore::kName, SecurityStore::kName}));
-    command.add_option("--since", selection.since, "Rows from this time on; a day from its start")
-        ->type_name("TIME");
-    command.add_option("--until", selection.until, "Rows up to this time; a day up to its end")
-        ->type_name("TIME");
+    AddTimes(command, selection.since, selection.until);
     AddFilters(command, selection);
     command.add_option("--find", selection.find, "Rows with this text in any of their texts")
         ->type_name("TEXT");
@@ -70,21 +74,25 @@ void AddSelection(CLI::App& command, Selection& selection) {
         ->type_name("PATH");
 }
 
+Condition TimeCondition(const std::string& since, const std::string& until) {
+    Condition condition = Condition::Null();
+    if (!since.empty()) {
+        condition = Condition::ConditionFactory("date", ">=", TimeOption("--since", since).first);
+    }
+    if (!until.empty()) {
+        condition = condition &&
+                    Condition::ConditionFactory("date", "<=", TimeOption("--until", until).last);
+    }
+    return condition;
+}
+
 Condition SelectionCondition(const Selection& selection, const std::vector<Filter>& filters,
                              const std::vector<std::string>& text_columns) {
     Condition condition = FilterCondition(filters, selection.filters);
     if (!selection.find.empty()) {
         condition = condition && FindCondition(text_columns, selection.find);
     }
-    if (!selection.since.empty()) {
-        condition = condition && Condition::ConditionFactory(
-                                     "date", ">=", TimeOption("--since", selection.since).first);
-    }
-    if (!selection.until.empty()) {
-        condition = condition && Condition::ConditionFactory(
-                                     "date", "<=", TimeOption("--until", selection.until).last);
-    }
-    return condition;
+    return condition && TimeCondition(selection.since, selection.until);
 }
 
 void CheckSort(const Selection& selection, const std::vector<std::string>& columns) {

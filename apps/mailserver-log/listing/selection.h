@@ -39,6 +39,14 @@ inline constexpr char kSelectionHelp[] =
 /// @param selection  gets what they are given; must outlive `command`
 void AddSelection(CLI::App& command, Selection& selection);
 
+/// Adds the options --since and --until.
+///
+/// @param since, until  get what they are given; must outlive `command`
+void AddTimes(CLI::App& command, std::string& since, std::string& until);
+
+/// The condition that these two options make. Throws CLI::ValidationError for one that is no time.
+merodbquery::Condition TimeCondition(const std::string& since, const std::string& until);
+
 /// The condition that all of its filters make.
 ///
 /// @param filters       those of the store

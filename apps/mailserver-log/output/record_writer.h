@@ -2,14 +2,13 @@
 
 #include <mailserver-log/record/columns.h>
 
-#include <algorithm>
-#include <cstddef>
 #include <memory>
 #include <ostream>
 #include <string>
 #include <vector>
 
 #include "listing/list_view.h"
+#include "listing/named_cells.h"
 #include "output/csv_writer.h"
 #include "output/json_writer.h"
 #include "output/table_writer.h"
@@ -64,21 +63,8 @@ template <class Store>
 class TableRecordWriter : public RecordWriter<Store> {
  public:
     TableRecordWriter(std::ostream& out, TableWriter::Style style)
-        : table_(out, Headings(), style) {
-        const std::vector<std::string> names = record::ColumnNames<typename Store::Record>();
-        for (const TableColumn& column : TableColumns(Store())) {
-            const auto place = std::find(names.begin(), names.end(), column.column);
-            cells_.push_back(static_cast<std::size_t>(place - names.begin()));
-        }
-    }
-    void Write(const typename Store::Record& record) override {
-        const std::vector<std::string> all = ReadableCells(record);
-        std::vector<std::string> shown;
-        for (const std::size_t cell : cells_) {
-            shown.push_back(all[cell]);
-        }
-        table_.Write(shown);
-    }
+        : table_(out, Headings(), style), cells_(Columns()) {}
+    void Write(const typename Store::Record& record) override { table_.Write(cells_.Of(record)); }
     void Flush() override { table_.Flush(); }
     void Finish() override { table_.Finish(); }
 
@@ -91,8 +77,16 @@ class TableRecordWriter : public RecordWriter<Store> {
         return headings;
     }
 
+    static std::vector<const char*> Columns() {
+        std::vector<const char*> columns;
+        for (const TableColumn& column : TableColumns(Store())) {
+            columns.push_back(column.column);
+        }
+        return columns;
+    }
+
     TableWriter table_;
-    std::vector<std::size_t> cells_;  // indices of the cells that are shown
+    NamedCells<Store> cells_;
 };
 
 /// A writer of the format that "table", "json", "ndjson" or "csv" names.

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <mailserver-log/record/columns.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "listing/list_view.h"
+
+namespace serverlog::program {
+
+/// Some cells of a store's records, as a person reads them. Store is a class of stores.h.
+template <class Store>
+class NamedCells {
+ public:
+    /// @param columns  names of the record's columns, in the order wanted; nullptr for a cell that
+    ///                 stays empty
+    explicit NamedCells(const std::vector<const char*>& columns) {
+        const std::vector<std::string> names = record::ColumnNames<typename Store::Record>();
+        for (const char* column : columns) {
+            const auto place =
+                column == nullptr ? names.end() : std::find(names.begin(), names.end(), column);
+            indices_.push_back(static_cast<std::size_t>(place - names.begin()));
+        }
+    }
+
+    /// The record's cells of these columns.
+    std::vector<std::string> Of(const typename Store::Record& record) const {
+        const std::vector<std::string> all = ReadableCells(record);
+        std::vector<std::string> cells;
+        cells.reserve(indices_.size());
+        for (const std::size_t index : indices_) {
+            cells.push_back(index < all.size() ? all[index] : std::string());
+        }
+        return cells;
+    }
+
+ private:
+    std::vector<std::size_t> indices_;
+};
+
+}  // namespace serverlog::program
