@@ -63,6 +63,7 @@ int main(int argc, char** argv) {
     serverlog::program::AddQuery(program);
     serverlog::program::AddStatistics(program);
     serverlog::program::AddStats(program);
+    serverlog::program::AddTrace(program);
     serverlog::program::AddRotate(program);
     serverlog::program::AddArchive(program);
     serverlog::program::AddUpgrade(program);

@@ -15,6 +15,7 @@ void AddExport(CLI::App& program);
 void AddQuery(CLI::App& program);
 void AddStatistics(CLI::App& program);
 void AddStats(CLI::App& program);
+void AddTrace(CLI::App& program);
 void AddRotate(CLI::App& program);
 void AddArchive(CLI::App& program);
 void AddUpgrade(CLI::App& program);

@@ -1,0 +1,179 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <mailserver-log/db/emaillog/mail_log_db.h>
+#include <mailserver-log/db/securitylog/security_log_db.h>
+#include <mailserver-log/db/store_traits.h>
+#include <mailserver-log/record/columns.h>
+
+#include <string>
+#include <vector>
+
+#include "support/json_value.h"
+#include "support/program.h"
+#include "support/spool.h"
+#include "support/store_rows.h"
+
+namespace {
+
+using serverlog::db::MailLogDB;
+using serverlog::db::SecurityLogDB;
+using serverlog::db::StoreTraits;
+using test::Program;
+using testing::HasSubstr;
+
+using Texts = std::vector<std::string>;
+
+const Program::Environment kUtc = {{"TZ", "UTC0"}};
+
+template <class DB>
+void AddJsonRows(const std::string& path, const Texts& rows) {
+    std::vector<typename StoreTraits<DB>::Record> records;
+    for (const std::string& row : rows) {
+        records.push_back(
+            serverlog::record::FromJson<typename StoreTraits<DB>::Record>(test::JsonOf(row)));
+    }
+    test::AddRows<DB>(path, records);
+}
+
+/// Each row has its name for a subject. A mail from ann to the list team, which is bob and carl,
+/// passes a content filter and so has two queue ids.
+class Trace : public testing::Test {
+ protected:
+    static void SetUpTestSuite() {
+        test::EmptySpool();
+        AddJsonRows<MailLogDB>(
+            StoreTraits<MailLogDB>::kMainPath,
+            {R"({"date":100000,"queue_id":"A1","message_id":"m1@x","mail_from":"ann@x","mail_to":"carl@y","ori_mail_to":"team@y","size":300,"subject":"leg"})",
+             R"({"date":400,"queue_id":"A1","message_id":"m0@x","mail_from":"eve@x","mail_to":"dan@y","subject":"used before"})"});
+        AddJsonRows<MailLogDB>(
+            StoreTraits<MailLogDB>::kPath,
+            {R"({"date":100090,"queue_id":"A2","message_id":"m1@x","mail_from":"ann@x","mail_to":"bob@y","size":460,"subject":"bob"})",
+             R"({"date":100000,"queue_id":"A2","message_id":"m1@x","mail_from":"ann@x","mail_to":"carl@y","size":460,"status":1,"subject":"carl"})",
+             R"({"date":150000,"queue_id":"B1","message_id":"<m2@x>","mail_from":"Bob@Y","mail_to":"ann@x","subject":"reply"})",
+             R"({"date":150001,"queue_id":"B2","mail_from":"","mail_to":"ann@x","subject":"bounce"})",
+             R"({"date":150002,"queue_id":"a1","message_id":"m9@x","subject":"small"})",
+             R"({"date":150003,"queue_id":"Q%'\"_","message_id":"ü%'\"@x","mail_from":"\"g_ ü\"@x","subject":"odd"})",
+             R"({"date":150004,"queue_id":"QX'\"X","message_id":"üX'\"@x","mail_from":"\"gX ü\"@x","subject":"wild"})"});
+        AddJsonRows<SecurityLogDB>(
+            StoreTraits<SecurityLogDB>::kMainPath,
+            {R"({"date":96400,"type":"reject","src":"192.0.2.1","sender":"ann@x","recipient":"team@y","event":"try again","subject":"greylisted"})",
+             R"({"date":96399,"sender":"ann@x","recipient":"team@y","subject":"too early"})"});
+        AddJsonRows<SecurityLogDB>(
+            StoreTraits<SecurityLogDB>::kPath,
+            {R"({"date":100000,"type":"spf","sender":"ann@x","recipient":"carl@y","subject":"verdict"})",
+             R"({"date":100150,"sender":"ann@x","recipient":"bob@y","subject":"last"})",
+             R"({"date":100151,"sender":"ann@x","recipient":"bob@y","subject":"too late"})",
+             R"({"date":100000,"sender":"ann@x","recipient":"dan@y","subject":"other recipient"})",
+             R"({"date":100000,"sender":"eve@x","recipient":"carl@y","subject":"other sender"})",
+             R"({"date":150001,"sender":"","recipient":"ann@x","subject":"no sender"})"});
+    }
+
+    static Program::Result Run(Texts arguments) {
+        arguments.insert(arguments.begin(), "trace");
+        return Program::Run(arguments, {}, kUtc);
+    }
+
+    /// The names of the rows, in order.
+    static Texts Names(Texts arguments) {
+        arguments.insert(arguments.end(), {"--format", "json"});
+        const Program::Result result = Run(arguments);
+        EXPECT_EQ(result.status, 0) << result.error;
+        Texts names;
+        for (const Json::Value& row : test::JsonOf(result.output)) {
+            names.push_back(row["subject"].asString());
+        }
+        return names;
+    }
+};
+
+TEST_F(Trace, FindsAllRowsOfAMail) {
+    const Texts kMail = {"greylisted", "verdict", "leg", "carl", "bob", "last"};
+    const struct {
+        const char* name;
+        Texts arguments;
+        Texts rows;
+    } rows[] = {
+        {"second queue id", {"A2"}, kMail},
+        {"queue id of two mails",
+         {"A1"},
+         {"used before", "greylisted", "verdict", "leg", "carl", "bob", "last"}},
+        {"one of these mails", {"A1", "--since", "1970-01-02"}, kMail},
+        {"message id", {"m1@x"}, kMail},
+        {"message id in brackets", {"<m1@x>"}, kMail},
+        {"message id stored in brackets", {"m2@x"}, {"reply"}},
+        {"part of the time",
+         {"m1@x", "--since", "1970-01-02 03:46:40", "--until", "1970-01-02 03:46:40"},
+         {"verdict", "leg", "carl"}},
+        {"letter case of a queue id", {"a1"}, {"small"}},
+        {"no message id", {"B2"}, {"bounce"}},
+        {"wildcards and quotes in a queue id", {"Q%'\"_"}, {"odd"}},
+        {"wildcards, quotes and umlauts in a message id", {"<ü%'\"@x>"}, {"odd"}},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(Names(row.arguments), row.rows) << row.name;
+    }
+}
+
+TEST_F(Trace, FindsAllRowsWithAnAddress) {
+    const struct {
+        const char* name;
+        Texts arguments;
+        Texts rows;
+    } rows[] = {
+        {"sender and recipient",
+         {"ann@x", "--since", "1970-01-02 03:47:00"},
+         {"bob", "last", "too late", "reply", "no sender", "bounce"}},
+        {"recipient", {"carl@y"}, {"verdict", "other sender", "leg", "carl"}},
+        {"original recipient", {"team@y"}, {"too early", "greylisted", "leg"}},
+        {"in brackets", {"<dan@y>"}, {"used before", "other recipient"}},
+        {"capitals asked for", {"DAN@Y"}, {"used before", "other recipient"}},
+        {"capitals stored", {"Bob@Y"}, {"bob", "last", "too late", "reply"}},
+        {"wildcards, quotes and umlauts", {"\"g_ ü\"@x"}, {"odd"}},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(Names(row.arguments), row.rows) << row.name;
+    }
+}
+
+TEST_F(Trace, WritesATableOrJson) {
+    EXPECT_EQ(
+        Run({"A2", "--until", "1970-01-02 03:46:40"}).output,
+        R"(DATE                 WHAT     FROM   TO      ORIGINAL TO  QUEUE ID  HOST       SUBJECT     MESSAGE ID OR EVENT
+1970-01-02 02:46:40  reject   ann@x  team@y                         192.0.2.1  greylisted  try again
+1970-01-02 03:46:40  spf      ann@x  carl@y                                    verdict
+1970-01-02 03:46:40  send     ann@x  carl@y  team@y       A1                   leg         m1@x
+1970-01-02 03:46:40  receive  ann@x  carl@y               A2                   carl        m1@x
+)");
+    EXPECT_EQ(Run({"team@y", "--since", "1970-01-02 02:46:40", "--format", "json"}).output,
+              R"([
+{"date":96400,"event":"try again","host":"","recipient":"team@y","sender":"ann@x","src":"192.0.2.1","store":"security","subject":"greylisted","type":"reject"},
+{"date":100000,"host":"","mail_from":"ann@x","mail_to":"carl@y","message_id":"m1@x","ori_mail_to":"team@y","queue_id":"A1","size":300,"status":0,"store":"mail","subject":"leg"}
+]
+)");
+}
+
+TEST_F(Trace, SaysWhyThereIsNothingToShow) {
+    const struct {
+        Texts arguments;
+        int status;
+        const char* error;
+    } rows[] = {
+        {{"none\x1b@x"}, 1, "the logs know nothing of none\\x1b@x; check its spelling"},
+        {{"Q_'\"_"}, 1, "the logs know nothing of Q_'\"_;"},
+        {{"Q%"}, 1, "the logs know nothing of Q%;"},
+        {{"m1@x", "--since", "1970-01-03"}, 1, "the logs know nothing of m1@x;"},
+        {{""}, 2, "is empty"},
+        {{"<>"}, 2, "is empty"},
+        {{}, 2, "WHAT is required"},
+        {{"m1@x", "--since", "once"}, 2, "is no time"},
+        {{"m1@x", "--format", "csv"}, 2, "--format"},
+    };
+    for (const auto& row : rows) {
+        const Program::Result result = Run(row.arguments);
+        EXPECT_EQ(result.status, row.status) << row.error;
+        EXPECT_THAT(result.error, HasSubstr(row.error));
+        EXPECT_EQ(result.output, "") << row.error;
+    }
+}
+
+}  // namespace
