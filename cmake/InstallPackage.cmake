@@ -1,4 +1,4 @@
-# Installs headers, the files for find_package and for pkg-config.
+# Installs headers, the files for find_package and for pkg-config, and the label texts.
 
 include(CMakePackageConfigHelpers)
 
@@ -6,6 +6,10 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/include/" DESTINATION "${CMAKE_INST
 # Public headers name the platform's types, so the platform's headers come along.
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/platform/include/"
         DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/mailserver-log/platform")
+
+# The mail server's packages put these where it looks for them: texts/<language> into its own texts, and
+# texts/platform/<language> into those of the system.
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/texts" DESTINATION "${CMAKE_INSTALL_DATADIR}/mailserver-log")
 
 set(package_directory "${CMAKE_INSTALL_LIBDIR}/cmake/mailserver-log")
 install(EXPORT mailserver-log-targets NAMESPACE mailserver-log:: DESTINATION "${package_directory}")

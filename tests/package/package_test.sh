@@ -20,6 +20,8 @@ rm -rf "$scratch"
 cmake --install "$build" --prefix "$prefix" >/dev/null
 library=$(find "$prefix" -name libmailserver-log.so)
 
+[ -s "$prefix/share/mailserver-log/texts/platform/ger/strings" ] || fail "the texts are not installed"
+
 soname=$(readelf --dynamic "$library" | sed -n 's/.*(SONAME).*\[\(.*\)\]/\1/p')
 [ "$soname" = libmailserver-log.so.4 ] || fail "SONAME is $soname"
 
