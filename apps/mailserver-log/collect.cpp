@@ -5,6 +5,7 @@
 #include <iostream>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "collect/admin_log_store.h"
 #include "collect/collector.h"
@@ -14,8 +15,12 @@
 #include "input/journal_source.h"
 #include "input/socket_source.h"
 #include "input/stream_source.h"
+#include "mail_events/mail_collector.h"
+#include "mail_events/mail_event_store.h"
+#include "mail_events/state_file.h"
 #include "process/retry.h"
 #include "process/stop_signal.h"
+#include "stores/store_check.h"
 #include "stores/stores.h"
 #include "subcommands.h"
 
@@ -25,10 +30,17 @@ namespace {
 
 const std::string kRejectedPath = std::string(db::kSpoolFolder) + "rejected.log";
 const std::string kJournalPlacePath = std::string(db::kSpoolFolder) + "journal.place";
+const std::string kRejectedMailPath = std::string(db::kSpoolFolder) + "rejected_mail.log";
+const std::string kMailJournalPlacePath = std::string(db::kSpoolFolder) + "mail_journal.place";
+
+// The admin log has a priority of its own.
+constexpr JournalSelection kAdminLines = {"emerg..emerg", false};
+constexpr JournalSelection kMailLines = {"alert..debug", true};
 
 struct CollectOptions {
     std::string input = "-";
     std::string socket;
+    bool mail = false;
     bool journal = false;
     bool confirm = false;
     bool once = false;
@@ -40,7 +52,9 @@ std::unique_ptr<MessageSource> MakeSource(const CollectOptions& options, const S
         return std::make_unique<ConfirmSource>(STDIN_FILENO, STDOUT_FILENO, stop);
     }
     if (options.journal) {
-        return std::make_unique<JournalSource>(kJournalPlacePath, options.once, stop, retry);
+        return std::make_unique<JournalSource>(
+            options.mail ? kMailLines : kAdminLines,
+            options.mail ? kMailJournalPlacePath : kJournalPlacePath, options.once, stop, retry);
     }
     if (!options.socket.empty()) {
         auto source = std::make_unique<SocketSource>(options.socket, options.once, stop);
@@ -50,25 +64,54 @@ std::unique_ptr<MessageSource> MakeSource(const CollectOptions& options, const S
     return std::make_unique<StreamSource>(OpenInput(options.input), stop);
 }
 
+// With confirmations standard output belongs to rsyslog.
+std::ostream& SummaryStream(const CollectOptions& options) {
+    return options.confirm ? std::cerr : std::cout;
+}
+
+template <class AnyCollector>
+void RunAndSum(AnyCollector& collector, const CollectOptions& options) {
+    try {
+        collector.Run();
+    } catch (...) {
+        SummaryStream(options) << collector.Summary() << std::endl;
+        throw;
+    }
+    SummaryStream(options) << collector.Summary() << std::endl;
+}
+
+void CollectAdminLines(const CollectOptions& options, MessageSource& source, Retry& retry) {
+    AdminLogStore store;
+    const RejectedLog rejected_log(kRejectedPath);
+    Collector collector(source, store, rejected_log, retry, std::cerr);
+    RunAndSum(collector, options);
+}
+
+void CollectMailEvents(const CollectOptions& options, MessageSource& source, Retry& retry) {
+    MailEventStore store;
+    const RejectedLog rejected_log(kRejectedMailPath);
+    MailCollector collector(source, store, rejected_log, retry, std::cerr);
+    RunAndSum(collector, options);
+    if (!collector.Skipped().empty()) {
+        std::cerr << "mailserver-log: skipped lines by program: " << collector.Skipped()
+                  << std::endl;
+    }
+}
+
 void RunCollect(const CollectOptions& options) {
-    AdminLogStore::CheckAccess();
+    CheckWriteAccess(options.mail ? std::vector<std::string>{MailStore::kPath, SecurityStore::kPath,
+                                                             state_file::kPath}
+                                  : std::vector<std::string>{AdminStore::kPath});
     // A reader that went away shows as a failed write.
     signal(SIGPIPE, SIG_IGN);
     const StopSignal stop;
     Retry retry(stop, std::cerr);
-    AdminLogStore store;
-    const RejectedLog rejected_log(kRejectedPath);
     const std::unique_ptr<MessageSource> source = MakeSource(options, stop, retry);
-    Collector collector(*source, store, rejected_log, retry, std::cerr);
-    // With confirmations standard output belongs to rsyslog.
-    std::ostream& summary = options.confirm ? std::cerr : std::cout;
-    try {
-        collector.Run();
-    } catch (...) {
-        summary << collector.Summary() << std::endl;
-        throw;
+    if (options.mail) {
+        CollectMailEvents(options, *source, retry);
+    } else {
+        CollectAdminLines(options, *source, retry);
     }
-    summary << collector.Summary() << std::endl;
 }
 
 }  // namespace
@@ -76,12 +119,18 @@ void RunCollect(const CollectOptions& options) {
 void AddCollect(CLI::App& program) {
     const auto options = std::make_shared<CollectOptions>();
     CLI::App* collect = program.add_subcommand(
-        "collect", "Store the admin log lines of a system log as rows of the admin log");
+        "collect", "Store the lines of a system log as rows of the admin log, or of the others");
     collect->footer(
-        "A line that cannot be read is kept in " + kRejectedPath +
+        "Without --mail it takes the admin log lines, and keeps one that cannot be read in " +
+        kRejectedPath +
+        ". With --mail it takes the lines of Postfix and its filters and keeps "
+        "what it knows of mails in flight in " +
+        state_file::kPath +
         ". While the store is busy or cannot be written, it is tried again; only a store folder "
         "that is missing at the start ends the program. SIGTERM ends it once all that was read is "
         "stored.");
+    collect->add_flag("--mail", options->mail,
+                      "Take the lines of a mail server: rows of the mail and the security log");
     auto* input = collect->add_option("--input", options->input, "Read this file [standard input]")
                       ->type_name("FILE");
     auto* journal = collect

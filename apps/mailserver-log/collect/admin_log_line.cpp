@@ -8,6 +8,7 @@
 
 #include "input/line_reader.h"
 #include "input/object_scanner.h"
+#include "input/syslog_escapes.h"
 
 namespace serverlog::program {
 
@@ -105,33 +106,6 @@ std::int32_t Signed32(const Json::Value& object, std::string_view name) {
         throw LineError(std::string(name) + " is no number of 32 bits");
     }
     return member.asInt();
-}
-
-// The character that an escape of rsyslog at the start of `text` stands for, -1 if there is none.
-// Only control characters are escaped, so "#123" is what somebody typed.
-int EscapedCharacter(std::string_view text) {
-    if (text.size() < 4 || text[0] != '#') {
-        return -1;
-    }
-    int value = 0;
-    for (const char digit : text.substr(1, 3)) {
-        if (digit < '0' || digit > '7') {
-            return -1;
-        }
-        value = value * 8 + (digit - '0');
-    }
-    return value < 0x20 || value == 0x7f ? value : -1;
-}
-
-std::string DecodeSyslogEscapes(std::string_view text) {
-    std::string result;
-    result.reserve(text.size());
-    while (!text.empty()) {
-        const int character = EscapedCharacter(text);
-        result += character < 0 ? text[0] : static_cast<char>(character);
-        text.remove_prefix(character < 0 ? 1 : 4);
-    }
-    return result;
 }
 
 // The writer of the parameters escapes control characters by itself and puts one line feed behind

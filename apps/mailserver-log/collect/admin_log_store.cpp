@@ -1,9 +1,7 @@
 #include "collect/admin_log_store.h"
 
 #include <mailserver-log/db/provider.h>
-#include <unistd.h>
 
-#include <cerrno>
 #include <chrono>
 
 #include "process/failure.h"
@@ -20,17 +18,6 @@ namespace {
 constexpr std::chrono::milliseconds kPatience{1000};
 
 }  // namespace
-
-void AdminLogStore::CheckAccess() {
-    if (access(db::kSpoolFolder, W_OK | X_OK) != 0) {
-        throw Failure(DescribeErrno(std::string("cannot write to the folder ") + db::kSpoolFolder) +
-                      "; make it, or run this as a user who may write there");
-    }
-    if (access(AdminStore::kPath, W_OK) != 0 && errno != ENOENT) {
-        throw Failure(DescribeErrno(std::string("cannot write to the store ") + AdminStore::kPath) +
-                      "; run this as a user who may write to it");
-    }
-}
 
 void AdminLogStore::Insert(const std::vector<record::AdminLog>& records) {
     if (records.empty()) {

@@ -13,10 +13,6 @@ namespace serverlog::program {
 /// again when its file went away.
 class AdminLogStore {
  public:
-    /// Throws Failure if the folder does not exist or this process may not write to the store, so
-    /// that a machine that is not set up shows at once.
-    static void CheckAccess();
-
     /// Inserts all records or none; none if it throws.
     ///
     /// Throws what opening throws (see db::Provider), soci::soci_error if the store is busy or

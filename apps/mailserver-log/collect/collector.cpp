@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "collect/admin_log_line.h"
+#include "collect/last_resort.h"
 #include "output/display_text.h"
 #include "process/failure.h"
 #include "stores/stores.h"
@@ -120,20 +121,10 @@ std::string Collector::KeepElsewhere() {
         Reject(std::move(message), "stopped while the store could not be written");
     }
     const std::vector<Rejection> rejections = std::exchange(rejections_, {});
-    try {
-        rejected_log_.Append(rejections);
-    } catch (const Failure&) {
-        for (const Rejection& rejection : rejections) {
-            talk_ << rejection.message << '\n';
-        }
+    if (!KeepInstead(rejected_log_, rejections, source_, talk_)) {
         return "they stand above";
     }
     rejected_ += rejections.size();
-    try {
-        source_.Stored();
-    } catch (const Failure&) {
-        // Who waited for the answer is gone, and with him the last copy.
-    }
     return "they are kept in " + rejected_log_.Path();
 }
 

@@ -4,7 +4,10 @@
 #include <json/json.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <cstdio>
+#include <cstdlib>
+#include <ctime>
 #include <fstream>
 #include <memory>
 #include <utility>
@@ -19,6 +22,9 @@ namespace {
 // A message that is no UTF-8 comes as a list of its bytes in decimal.
 constexpr std::size_t kLongestEntry = 5 * LineReader::kLongestLine;
 
+// Besides the time, which always comes.
+constexpr char kHeadFields[] = ",_HOSTNAME,SYSLOG_IDENTIFIER,SYSLOG_PID,_PID";
+
 std::string ReadPlace(const std::string& path) {
     std::string place;
     std::ifstream file(path);
@@ -26,14 +32,16 @@ std::string ReadPlace(const std::string& path) {
     return place;
 }
 
-std::vector<std::string> Command(const std::string& place, bool once) {
-    std::vector<std::string> command = {"journalctl",
-                                        "--quiet",
-                                        "--all",
-                                        "--output=json",
-                                        "--output-fields=MESSAGE",
-                                        "--facility=mail",
-                                        "--priority=emerg..emerg"};
+std::vector<std::string> Command(const JournalSelection& selection, const std::string& place,
+                                 bool once) {
+    std::vector<std::string> command = {
+        "journalctl",
+        "--quiet",
+        "--all",
+        "--output=json",
+        std::string("--output-fields=MESSAGE") + (selection.with_head ? kHeadFields : ""),
+        "--facility=mail",
+        std::string("--priority=") + selection.priorities};
     if (!once) {
         command.insert(command.end(), {"--follow", "--no-tail"});
     }
@@ -54,16 +62,34 @@ std::string Text(const Json::Value& message) {
     return text;
 }
 
+// "2026-11-22T10:00:00.000001Z host program[process]: "
+std::string Head(const Json::Value& entry) {
+    constexpr std::uint64_t kMicroseconds = 1000000;
+    const std::uint64_t time =
+        std::strtoull(entry["__REALTIME_TIMESTAMP"].asCString(), nullptr, 10);
+    const auto seconds = static_cast<std::time_t>(time / kMicroseconds);
+    std::tm utc = {};
+    gmtime_r(&seconds, &utc);
+    char stamp[64];
+    std::strftime(stamp, sizeof stamp, "%Y-%m-%dT%H:%M:%S.", &utc);
+    const std::string fraction = std::to_string(kMicroseconds + time % kMicroseconds).substr(1);
+    const Json::Value& process = entry[entry.isMember("SYSLOG_PID") ? "SYSLOG_PID" : "_PID"];
+    return stamp + fraction + "Z " + Text(entry["_HOSTNAME"]) + ' ' +
+           Text(entry["SYSLOG_IDENTIFIER"]) + (process.isNull() ? "" : '[' + Text(process) + ']') +
+           ": ";
+}
+
 }  // namespace
 
-JournalSource::JournalSource(std::string place_path, bool once, const StopSignal& stop,
-                             Retry& retry)
-    : place_path_(std::move(place_path)),
+JournalSource::JournalSource(const JournalSelection& selection, std::string place_path, bool once,
+                             const StopSignal& stop, Retry& retry)
+    : with_head_(selection.with_head),
+      place_path_(std::move(place_path)),
       stop_(stop),
       retry_(retry),
       place_(ReadPlace(place_path_)),
       saved_place_(place_),
-      journal_(Command(place_, once)),
+      journal_(Command(selection, place_, once)),
       entries_(journal_.Output(), stop, kLongestEntry) {}
 
 Arrival JournalSource::Next(std::string& line, bool wait) {
@@ -94,7 +120,7 @@ void JournalSource::Decode(const std::string& entry, std::string& line) {
         if (!reader->parse(entry.data(), entry.data() + entry.size(), &value, &errors)) {
             throw Failure("journalctl wrote an entry that is no JSON");
         }
-        line = Text(value["MESSAGE"]);
+        line = (with_head_ ? Head(value) : std::string()) + Text(value["MESSAGE"]);
         place_ = value["__CURSOR"].asString();
     } catch (const Json::Exception& error) {
         throw Failure(std::string("journalctl wrote an entry that cannot be read: ") +

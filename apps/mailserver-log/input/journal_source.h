@@ -9,9 +9,15 @@
 
 namespace serverlog::program {
 
-/// Messages of facility mail and severity emergency from the systemd journal, read through
-/// journalctl(1). The place up to which they are stored is kept in a file, so that the next run
-/// goes on there; the first run starts with the oldest entry.
+/// Which messages of the systemd journal are read, and how they are given.
+struct JournalSelection {
+    const char* priorities;  ///< range, as journalctl takes it
+    bool with_head;          ///< behind time, host and program, as in a log file; else alone
+};
+
+/// Messages of facility mail from the systemd journal, read through journalctl(1). The place up to
+/// which they are stored is kept in a file, so that the next run goes on there; the first run
+/// starts with the oldest entry.
 class JournalSource : public MessageSource {
  public:
     /// @param place_path  the file of the place; replaced as a whole
@@ -20,7 +26,8 @@ class JournalSource : public MessageSource {
     /// @param retry       must outlive this object
     ///
     /// Throws Failure if journalctl can't be started.
-    JournalSource(std::string place_path, bool once, const StopSignal& stop, Retry& retry);
+    JournalSource(const JournalSelection& selection, std::string place_path, bool once,
+                  const StopSignal& stop, Retry& retry);
 
     /// Throws Failure if journalctl fails or writes what can't be read.
     Arrival Next(std::string& line, bool wait) override;
@@ -31,6 +38,7 @@ class JournalSource : public MessageSource {
     void Decode(const std::string& entry, std::string& line);
     void SavePlace() const;
 
+    const bool with_head_;
     std::string place_path_;
     const StopSignal& stop_;
     Retry& retry_;

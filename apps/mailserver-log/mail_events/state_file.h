@@ -26,8 +26,8 @@ inline constexpr int kVersion = 1;
 
 /// Makes the tables. Times are seconds since the epoch.
 ///
-/// mail: the mails in flight. `date` is the stamp of the newest line about it; `is_local` tells
-/// that it did not come over the network.
+/// mail: the mails in flight. `date` is the stamp of the newest line about it, `client` the address
+/// that it came from, `is_local` whether it came from this host.
 /// recipient: the recipients of these that were deferred (`is_deferred`), or whose original address
 /// is known from an earlier queue id.
 /// joined: a queue id and the one that the same mail got next, from a content filter or by
@@ -45,12 +45,13 @@ CREATE TABLE mail (
     date INTEGER NOT NULL,
     message_id TEXT NOT NULL,
     mail_from TEXT NOT NULL,
+    client TEXT NOT NULL,
     size INTEGER NOT NULL,
     subject TEXT NOT NULL,
     is_local INTEGER NOT NULL,
     PRIMARY KEY (host, queue_id)) WITHOUT ROWID;
 CREATE INDEX mail_date_idx ON mail (date);
-CREATE INDEX mail_message_id_idx ON mail (message_id);
+CREATE INDEX mail_message_id_idx ON mail (message_id, host);
 CREATE TABLE recipient (
     host TEXT NOT NULL,
     queue_id TEXT NOT NULL,
@@ -58,6 +59,9 @@ CREATE TABLE recipient (
     ori_mail_to TEXT NOT NULL,
     is_deferred INTEGER NOT NULL,
     PRIMARY KEY (host, queue_id, mail_to, ori_mail_to)) WITHOUT ROWID;
+CREATE TRIGGER mail_recipients AFTER DELETE ON mail BEGIN
+    DELETE FROM recipient WHERE host = OLD.host AND queue_id = OLD.queue_id;
+END;
 CREATE TABLE joined (
     host TEXT NOT NULL,
     first_queue_id TEXT NOT NULL,

@@ -6,6 +6,8 @@
 #include <fstream>
 #include <stdexcept>
 
+#include "stores/statement.h"
+
 namespace serverlog::program {
 
 namespace {
@@ -27,35 +29,6 @@ std::string Address(const std::string& path) {
     return "file:" + path + (IsInWalMode(path) && !has_log ? "?immutable=1" : "?mode=ro");
 }
 
-struct Finalize {
-    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
-};
-
-class Rows {
- public:
-    Rows(sqlite3* handle, const std::string& query) : handle_(handle) {
-        sqlite3_stmt* statement = nullptr;
-        if (sqlite3_prepare_v2(handle, query.c_str(), -1, &statement, nullptr) != SQLITE_OK) {
-            throw std::runtime_error(sqlite3_errmsg(handle));
-        }
-        statement_.reset(statement);
-    }
-
-    bool Next() {
-        const int result = sqlite3_step(statement_.get());
-        if (result != SQLITE_ROW && result != SQLITE_DONE) {
-            throw std::runtime_error(sqlite3_errmsg(handle_));
-        }
-        return result == SQLITE_ROW;
-    }
-
-    sqlite3_stmt* Get() const { return statement_.get(); }
-
- private:
-    sqlite3* handle_;
-    std::unique_ptr<sqlite3_stmt, Finalize> statement_;
-};
-
 }  // namespace
 
 void ReadOnlyDatabase::Close::operator()(sqlite3* handle) const {
@@ -74,19 +47,18 @@ ReadOnlyDatabase::ReadOnlyDatabase(const std::string& path) {
 }
 
 std::optional<long long> ReadOnlyDatabase::Number(const std::string& query) const {
-    Rows rows(handle_.get(), query);
-    if (!rows.Next() || sqlite3_column_type(rows.Get(), 0) == SQLITE_NULL) {
+    Statement rows(handle_.get(), query);
+    if (!rows.Next() || rows.IsNull(0)) {
         return std::nullopt;
     }
-    return sqlite3_column_int64(rows.Get(), 0);
+    return rows.Number(0);
 }
 
 std::vector<std::string> ReadOnlyDatabase::Texts(const std::string& query) const {
-    Rows rows(handle_.get(), query);
+    Statement rows(handle_.get(), query);
     std::vector<std::string> texts;
     while (rows.Next()) {
-        const unsigned char* text = sqlite3_column_text(rows.Get(), 0);
-        texts.emplace_back(text == nullptr ? "" : reinterpret_cast<const char*>(text));
+        texts.push_back(rows.Text(0));
     }
     return texts;
 }

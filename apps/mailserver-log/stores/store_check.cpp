@@ -1,8 +1,11 @@
 #include "stores/store_check.h"
 
+#include <mailserver-log/db/store_traits.h>
 #include <merodbquery/session.h>
 #include <soci/soci.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <cstdint>
 #include <filesystem>
 
@@ -34,6 +37,19 @@ void CheckStore(const std::string& path, std::chrono::milliseconds patience) {
     const std::filesystem::space_info space = std::filesystem::space(folder, error);
     if (!error && space.available < kRoomForTables) {
         throw Failure("the disk of " + folder.string() + " has too little room for a new store");
+    }
+}
+
+void CheckWriteAccess(const std::vector<std::string>& paths) {
+    if (access(db::kSpoolFolder, W_OK | X_OK) != 0) {
+        throw Failure(DescribeErrno(std::string("cannot write to the folder ") + db::kSpoolFolder) +
+                      "; make it, or run this as a user who may write there");
+    }
+    for (const std::string& path : paths) {
+        if (access(path.c_str(), W_OK) != 0 && errno != ENOENT) {
+            throw Failure(DescribeErrno("cannot write to " + path) +
+                          "; run this as a user who may write to it");
+        }
     }
 }
 
