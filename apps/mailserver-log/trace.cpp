@@ -10,6 +10,7 @@
 #include "stores/stores.h"
 #include "subcommands.h"
 #include "trace/found_mails.h"
+#include "trace/mail_search.h"
 #include "trace/trace_store.h"
 #include "trace/trace_target.h"
 #include "trace/trace_writer.h"
@@ -26,23 +27,6 @@ struct TraceOptions {
     std::string until;
     std::string format = "table";
 };
-
-void AddMails(FoundMails& mails, TraceStore<MailStore>& store, const Condition& condition) {
-    RowCursor<MailStore> rows = store.Find(condition);
-    while (store.Next(rows)) {
-        mails.Add(rows.Row());
-    }
-}
-
-FoundMails FindMails(const TraceTarget& target, const Condition& times,
-                     TraceStore<MailStore>& store) {
-    FoundMails mails;
-    AddMails(mails, store, target.MailIds() && times);
-    if (mails.ByMessageId().IsSet()) {  // the rows of their other queue ids
-        AddMails(mails, store, mails.ByMessageId() && times);
-    }
-    return mails;
-}
 
 // Writes the rows of both stores by date; of one date those of the security store first, since what
 // they tell of happens on a mail's way in. Whether there was any.
@@ -78,20 +62,24 @@ void Trace(const TraceOptions& options) {
     const Condition times = TimeCondition(options.since, options.until);
     TraceStore<MailStore> mail_store;
     TraceStore<SecurityStore> security_store;
-    const FoundMails found = FindMails(target, times, mail_store);
-    Condition mails_wanted = target.MailAddresses() || found.ByMessageId();
-    if (found.HasNameless()) {
-        mails_wanted = mails_wanted || target.MailIds();
-    }
-    RowCursor<MailStore> mails = mail_store.FindByDate(mails_wanted && times);
-    RowCursor<SecurityStore> events =
-        security_store.FindByDate((target.SecurityAddresses() || found.SecurityRows()) && times);
+    const FoundMails found = MailSearch(mail_store, times).Find(target);
     const auto is_wanted = [&](const record::SecurityLog& event) {
         return target.IsAddress(event.sender) || target.IsAddress(event.recipient) ||
-               found.Concerns(event);
+               found.Concerns(event) || target.IsNamedIn(event.event);
     };
     const auto writer = MakeTraceWriter(options.format, std::cout, TerminalStyle());
-    if (!WriteByDate(mails, events, is_wanted, *writer)) {
+    const auto write = [&](const Condition& events_wanted) {
+        RowCursor<MailStore> mails =
+            mail_store.FindByDate((target.MailAddresses() || found.MailRows()) && times);
+        RowCursor<SecurityStore> events = security_store.FindByDate(events_wanted && times);
+        return WriteByDate(mails, events, is_wanted, *writer);
+    };
+    const Condition events = target.SecurityAddresses() || found.SecurityRows();
+    // A mail that was refused is known from events alone. They have no index; a search for a queue
+    // id takes its time anyway, any other looks there last.
+    const bool is_found = target.MayBeQueueId() ? write(events || target.Events())
+                                                : write(events) || write(target.Events());
+    if (!is_found) {
         throw Failure("the logs know nothing of " + VisibleText(options.what) +
                       "; check its spelling, and with \"mailserver-log status\" how far back they "
                       "go");
@@ -106,10 +94,11 @@ void AddTrace(CLI::App& program) {
     CLI::App* trace = program.add_subcommand(
         "trace", "Show all that the mail and the security log know about one mail");
     trace->footer(
-        "A queue id or a message id leads to all rows of that mail, also to those of other queue\n"
-        "ids, and to rejections of the same sender and recipient shortly before. An address leads\n"
-        "to all rows with it as sender or recipient. A search for a queue id reads the whole mail\n"
-        "log, which --since shortens.");
+        "A queue id or a message id leads to all rows of that mail, also those of its other queue\n"
+        "ids, and to security events that name it or are of the same sender and recipient shortly\n"
+        "before. An address leads to all rows with it as sender or recipient. A search for a "
+        "queue\n"
+        "id reads the whole logs, which --since shortens.");
     trace->add_option("WHAT", options->what, "A queue id, message id or address")->required();
     AddTimes(*trace, options->since, options->until);
     trace->add_option("--format", options->format, "table or json [table]")

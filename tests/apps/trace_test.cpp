@@ -8,9 +8,11 @@
 #include <string>
 #include <vector>
 
+#include "mail_events/state_file.h"
 #include "support/json_value.h"
 #include "support/program.h"
 #include "support/spool.h"
+#include "support/sqlite_file.h"
 #include "support/store_rows.h"
 
 namespace {
@@ -20,6 +22,8 @@ using serverlog::db::SecurityLogDB;
 using serverlog::db::StoreTraits;
 using test::Program;
 using testing::HasSubstr;
+
+namespace state_file = serverlog::program::state_file;
 
 using Texts = std::vector<std::string>;
 
@@ -35,37 +39,66 @@ void AddJsonRows(const std::string& path, const Texts& rows) {
     test::AddRows<DB>(path, records);
 }
 
-/// Each row has its name for a subject. A mail from ann to the list team, which is bob and carl,
-/// passes a content filter and so has two queue ids.
+// The subject is the name of a row. A mail from ann to the list team, which is bob and carl, has a
+// second queue id and keeps its message id.
+const Texts kLongTermMails = {
+    R"({"date":100000,"queue_id":"A1","message_id":"m1@x","mail_from":"ann@x","mail_to":"carl@y",)"
+    R"("ori_mail_to":"team@y","size":300,"subject":"leg"})",
+    R"({"date":400,"queue_id":"A1","message_id":"m0@x","mail_from":"eve@x","mail_to":"dan@y",)"
+    R"("subject":"used before"})",
+};
+const Texts kMails = {
+    R"({"date":100090,"queue_id":"A2","message_id":"m1@x","mail_from":"ann@x","mail_to":"bob@y",)"
+    R"("size":460,"subject":"bob"})",
+    R"({"date":100000,"queue_id":"A2","message_id":"m1@x","mail_from":"ann@x","mail_to":"carl@y",)"
+    R"("size":460,"status":1,"subject":"carl"})",
+    R"({"date":150000,"queue_id":"B1","message_id":"<m2@x>","mail_from":"Bob@Y","mail_to":"ann@x",)"
+    R"("subject":"reply"})",
+    R"({"date":150001,"queue_id":"B2","mail_to":"ann@x","subject":"bounce"})",
+    R"({"date":150002,"queue_id":"a1","message_id":"m9@x","subject":"small"})",
+    R"({"date":150003,"queue_id":"Q%'\"_","message_id":"ü%'\"@x","mail_from":"\"g_ ü\"@x",)"
+    R"("subject":"odd"})",
+    R"({"date":150004,"queue_id":"QX'\"X","message_id":"üX'\"@x","mail_from":"\"gX ü\"@x",)"
+    R"("subject":"wild"})",
+    R"({"date":150005,"queue_id":"I1","message_id":"<i@x>","mail_to":"ida@bücher.example",)"
+    R"("subject":"umlaut"})",
+    R"({"date":200000,"host":"h","queue_id":"F2","message_id":"<f@x>","mail_from":"fay@x",)"
+    R"("mail_to":"gus@y","subject":"filtered"})",
+    R"({"date":200010,"host":"h","queue_id":"F3","message_id":"<n@h>","mail_to":"fay@x",)"
+    R"("subject":"notification"})",
+    R"({"date":200020,"host":"g","queue_id":"F3","message_id":"<o@g>","subject":"other host"})",
+};
+const Texts kLongTermEvents = {
+    R"({"date":96400,"type":"reject","src":"192.0.2.1","sender":"ann@x","recipient":"team@y",)"
+    R"("event":"try again","subject":"greylisted"})",
+    R"({"date":96399,"sender":"ann@x","recipient":"team@y","subject":"too early"})",
+};
+const Texts kEvents = {
+    R"({"date":100000,"type":"spf","sender":"ann@x","recipient":"carl@y","subject":"verdict"})",
+    R"({"date":100150,"sender":"ann@x","recipient":"bob@y","subject":"last"})",
+    R"({"date":100151,"sender":"ann@x","recipient":"bob@y","subject":"too late"})",
+    R"({"date":100000,"sender":"ann@x","recipient":"dan@y","subject":"other recipient"})",
+    R"({"date":100000,"sender":"eve@x","recipient":"carl@y","subject":"other sender"})",
+    R"({"date":150001,"recipient":"ann@x","subject":"no sender"})",
+    R"({"date":199999,"event":"F1: bad signature data","subject":"names the first id"})",
+    R"({"date":199999,"event":"F11: f1: xf@x","subject":"names others"})",
+    R"({"date":200001,"event":"message-id '<f@x>' infected","subject":"names the message id"})",
+    R"({"date":300000,"event":"R1: milter-reject","recipient":"zed@y","subject":"refused"})",
+    R"({"date":300001,"event":"id: <r@x>, qid: <R2>","subject":"spam"})",
+};
+
 class Trace : public testing::Test {
  protected:
     static void SetUpTestSuite() {
         test::EmptySpool();
-        AddJsonRows<MailLogDB>(
-            StoreTraits<MailLogDB>::kMainPath,
-            {R"({"date":100000,"queue_id":"A1","message_id":"m1@x","mail_from":"ann@x","mail_to":"carl@y","ori_mail_to":"team@y","size":300,"subject":"leg"})",
-             R"({"date":400,"queue_id":"A1","message_id":"m0@x","mail_from":"eve@x","mail_to":"dan@y","subject":"used before"})"});
-        AddJsonRows<MailLogDB>(
-            StoreTraits<MailLogDB>::kPath,
-            {R"({"date":100090,"queue_id":"A2","message_id":"m1@x","mail_from":"ann@x","mail_to":"bob@y","size":460,"subject":"bob"})",
-             R"({"date":100000,"queue_id":"A2","message_id":"m1@x","mail_from":"ann@x","mail_to":"carl@y","size":460,"status":1,"subject":"carl"})",
-             R"({"date":150000,"queue_id":"B1","message_id":"<m2@x>","mail_from":"Bob@Y","mail_to":"ann@x","subject":"reply"})",
-             R"({"date":150001,"queue_id":"B2","mail_from":"","mail_to":"ann@x","subject":"bounce"})",
-             R"({"date":150002,"queue_id":"a1","message_id":"m9@x","subject":"small"})",
-             R"({"date":150003,"queue_id":"Q%'\"_","message_id":"ü%'\"@x","mail_from":"\"g_ ü\"@x","subject":"odd"})",
-             R"({"date":150004,"queue_id":"QX'\"X","message_id":"üX'\"@x","mail_from":"\"gX ü\"@x","subject":"wild"})"});
-        AddJsonRows<SecurityLogDB>(
-            StoreTraits<SecurityLogDB>::kMainPath,
-            {R"({"date":96400,"type":"reject","src":"192.0.2.1","sender":"ann@x","recipient":"team@y","event":"try again","subject":"greylisted"})",
-             R"({"date":96399,"sender":"ann@x","recipient":"team@y","subject":"too early"})"});
-        AddJsonRows<SecurityLogDB>(
-            StoreTraits<SecurityLogDB>::kPath,
-            {R"({"date":100000,"type":"spf","sender":"ann@x","recipient":"carl@y","subject":"verdict"})",
-             R"({"date":100150,"sender":"ann@x","recipient":"bob@y","subject":"last"})",
-             R"({"date":100151,"sender":"ann@x","recipient":"bob@y","subject":"too late"})",
-             R"({"date":100000,"sender":"ann@x","recipient":"dan@y","subject":"other recipient"})",
-             R"({"date":100000,"sender":"eve@x","recipient":"carl@y","subject":"other sender"})",
-             R"({"date":150001,"sender":"","recipient":"ann@x","subject":"no sender"})"});
+        AddJsonRows<MailLogDB>(StoreTraits<MailLogDB>::kMainPath, kLongTermMails);
+        AddJsonRows<MailLogDB>(StoreTraits<MailLogDB>::kPath, kMails);
+        AddJsonRows<SecurityLogDB>(StoreTraits<SecurityLogDB>::kMainPath, kLongTermEvents);
+        AddJsonRows<SecurityLogDB>(StoreTraits<SecurityLogDB>::kPath, kEvents);
+        test::RunOnFile(state_file::kPath,
+                        std::string(state_file::kCreateScript) +
+                            "INSERT INTO joined VALUES ('h', 'F1', 'F2', 200000);"
+                            "INSERT INTO joined VALUES ('h', 'F2', 'F3', 200005);");
     }
 
     static Program::Result Run(Texts arguments) {
@@ -88,6 +121,8 @@ class Trace : public testing::Test {
 
 TEST_F(Trace, FindsAllRowsOfAMail) {
     const Texts kMail = {"greylisted", "verdict", "leg", "carl", "bob", "last"};
+    const Texts kFiltered = {"names the first id", "filtered", "names the message id",
+                             "notification"};
     const struct {
         const char* name;
         Texts arguments;
@@ -106,6 +141,12 @@ TEST_F(Trace, FindsAllRowsOfAMail) {
          {"verdict", "leg", "carl"}},
         {"letter case of a queue id", {"a1"}, {"small"}},
         {"no message id", {"B2"}, {"bounce"}},
+        {"queue id before the filter", {"F1"}, kFiltered},
+        {"queue id behind the filter", {"F2"}, kFiltered},
+        {"message id of a filtered mail", {"f@x"}, kFiltered},
+        {"queue id of a refused mail", {"R1"}, {"refused"}},
+        {"second id of an event", {"R2"}, {"spam"}},
+        {"message id of a refused mail", {"<r@x>"}, {"spam"}},
         {"wildcards and quotes in a queue id", {"Q%'\"_"}, {"odd"}},
         {"wildcards, quotes and umlauts in a message id", {"<ü%'\"@x>"}, {"odd"}},
     };
@@ -128,6 +169,7 @@ TEST_F(Trace, FindsAllRowsWithAnAddress) {
         {"in brackets", {"<dan@y>"}, {"used before", "other recipient"}},
         {"capitals asked for", {"DAN@Y"}, {"used before", "other recipient"}},
         {"capitals stored", {"Bob@Y"}, {"bob", "last", "too late", "reply"}},
+        {"punycode", {"Ida@xn--bcher-kva.example"}, {"umlaut"}},
         {"wildcards, quotes and umlauts", {"\"g_ ü\"@x"}, {"odd"}},
     };
     for (const auto& row : rows) {

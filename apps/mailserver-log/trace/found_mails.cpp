@@ -1,10 +1,11 @@
 #include "trace/found_mails.h"
 
 #include <algorithm>
-#include <cstddef>
+#include <string_view>
 
 #include "process/failure.h"
-#include "trace/any_of.h"
+#include "trace/brackets.h"
+#include "trace/words.h"
 
 namespace serverlog::program {
 
@@ -12,8 +13,11 @@ namespace {
 
 using merodbquery::Condition;
 
-// Of one kind in a statement. Far below what SQLite takes.
-constexpr std::size_t kMostValues = 1000;
+constexpr std::int64_t kSecondsBefore = 3600;
+constexpr std::int64_t kSecondsBehind = 60;
+
+// Far below the number of values that SQLite takes in one statement.
+constexpr std::size_t kMostMails = 1000;
 
 void Insert(std::set<std::string>& texts, const std::string& text) {
     // The empty text stands for something unknown, or for the sender of any bounce.
@@ -22,53 +26,85 @@ void Insert(std::set<std::string>& texts, const std::string& text) {
     }
 }
 
+Condition InSpan(std::int64_t first, std::int64_t last) {
+    return Condition::ConditionFactory("date", ">=", first) &&
+           Condition::ConditionFactory("date", "<=", last);
+}
+
 }  // namespace
 
-void FoundMails::Span::Include(std::int64_t first, std::int64_t last) {
-    begin = std::min(begin, first);
-    end = std::max(end, last);
+void FoundMails::Mail::Add(const record::MailLog& row) {
+    Insert(senders, row.mail_from);
+    Insert(recipients, row.mail_to);
+    Insert(recipients, row.ori_mail_to);
+    first = std::min<std::int64_t>(first, row.date);
+    last = std::max<std::int64_t>(last, row.date);
 }
 
 void FoundMails::Add(const record::MailLog& row) {
-    has_nameless_ = has_nameless_ || row.message_id.empty();
-    Insert(message_ids_, row.message_id);
-    Mail& mail = mails_[row.message_id.empty() ? row.queue_id : row.message_id];
-    Insert(mail.senders, row.mail_from);
-    Insert(mail.recipients, row.mail_to);
-    Insert(mail.recipients, row.ori_mail_to);
-    mail.span.Include(row.date - kSecondsBefore, row.date + kSecondsBehind);
-    if (mails_.size() > kMostValues) {
-        throw Failure("more than " + std::to_string(kMostValues) +
+    const QueueId queue_id = {row.host, row.queue_id};
+    Mail& mail = row.message_id.empty() ? nameless_[queue_id] : mails_[row.message_id];
+    mail.Add(row);
+    AddQueueId(queue_id);
+    Insert(ids_, WithoutBrackets(row.message_id));
+    if (mails_.size() + nameless_.size() > kMostMails) {
+        throw Failure("more than " + std::to_string(kMostMails) +
                       " mails had this id; narrow it down with --since and --until");
     }
 }
 
-Condition FoundMails::ByMessageId() const {
-    return AnyOf("message_id", message_ids_);
+void FoundMails::AddQueueId(const QueueId& queue_id) {
+    queue_ids_.insert(queue_id);
+    Insert(ids_, queue_id.id);
+}
+
+Condition FoundMails::MailRows() const {
+    Condition rows = Condition::Null();
+    for (const auto& [message_id, mail] : mails_) {
+        rows = rows || Condition::ConditionFactory("message_id", "=", message_id);
+    }
+    for (const auto& [queue_id, mail] : nameless_) {
+        // The dates have an index.
+        rows = rows || (InSpan(mail.first, mail.last) &&
+                        Condition::ConditionFactory("queue_id", "=", queue_id.id) &&
+                        Condition::ConditionFactory("host", "=", queue_id.host));
+    }
+    return rows;
 }
 
 Condition FoundMails::SecurityRows() const {
-    std::set<std::string> senders;
-    Span span;
-    for (const auto& [id, mail] : mails_) {
-        senders.insert(mail.senders.begin(), mail.senders.end());
-        span.Include(mail.span.begin, mail.span.end);
+    Condition rows = Condition::Null();
+    for (const Mail* mail : AllMails()) {
+        rows = rows || InSpan(mail->first - kSecondsBefore, mail->last + kSecondsBehind);
     }
-    if (senders.empty()) {
-        return Condition::Null();
-    }
-    const Condition in_time = Condition::ConditionFactory("date", ">=", span.begin) &&
-                              Condition::ConditionFactory("date", "<=", span.end);
-    // A mailing list may send each copy of a mail from an address of its own.
-    return senders.size() > kMostValues ? in_time : in_time && AnyOf("sender", senders);
+    return rows;
 }
 
 bool FoundMails::Concerns(const record::SecurityLog& row) const {
-    return std::any_of(mails_.begin(), mails_.end(), [&row](const auto& entry) {
-        const Mail& mail = entry.second;
-        return mail.senders.count(row.sender) > 0 && mail.recipients.count(row.recipient) > 0 &&
-               mail.span.begin <= row.date && row.date <= mail.span.end;
+    const std::vector<const Mail*> mails = AllMails();
+    return std::any_of(mails.begin(), mails.end(), [&](const Mail* mail) {
+        const bool is_in_time =
+            mail->first - kSecondsBefore <= row.date && row.date <= mail->last + kSecondsBehind;
+        const bool is_between =
+            mail->senders.count(row.sender) > 0 && mail->recipients.count(row.recipient) > 0;
+        return is_in_time && (is_between || Mentions(row.event));
     });
+}
+
+bool FoundMails::Mentions(const std::string& event) const {
+    return AnyWord(event,
+                   [this](std::string_view word) { return ids_.count(std::string(word)) > 0; });
+}
+
+std::vector<const FoundMails::Mail*> FoundMails::AllMails() const {
+    std::vector<const Mail*> mails;
+    for (const auto& entry : mails_) {
+        mails.push_back(&entry.second);
+    }
+    for (const auto& entry : nameless_) {
+        mails.push_back(&entry.second);
+    }
+    return mails;
 }
 
 }  // namespace serverlog::program

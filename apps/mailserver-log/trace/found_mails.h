@@ -4,31 +4,40 @@
 #include <mailserver-log/record/securitylog/security_log.h>
 #include <merodbquery/condition.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <map>
 #include <set>
 #include <string>
+#include <vector>
+
+#include "trace/queue_id.h"
 
 namespace serverlog::program {
 
-/// The mails that were found by an id, and what their rows tell about where else to look for them.
+/// The mails that were found by an id, and what is known of them for finding more.
 ///
-/// A mail that passed a content filter has a second queue id, and the same message id. A row of the
-/// security store has no id: it concerns a mail if it has a sender and a recipient of it, from an
-/// hour before the first row of the mail, for a server that was turned away tries again within that
-/// time, to a minute behind the last one.
+/// A row of the security store has no column for an id. It concerns a mail if it names an id of it
+/// in its event, or has a sender and a recipient of it: from an hour before the first row of the
+/// mail, for a server that was turned away tries again within that time, to a minute behind the
+/// last one.
 class FoundMails {
  public:
     /// Adds a row; one that was added before changes nothing. Throws Failure when that makes too
     /// many mails for one search.
     void Add(const record::MailLog& row);
 
-    /// All rows of the mails that have a message id. Not set when there is none.
-    merodbquery::Condition ByMessageId() const;
+    /// Adds a queue id of one of these mails.
+    void AddQueueId(const QueueId& queue_id);
 
-    /// Whether a mail has none, since the log began or was lost in the middle of it.
-    bool HasNameless() const { return has_nameless_; }
+    const std::set<QueueId>& QueueIds() const { return queue_ids_; }
+
+    /// The number of message ids. Where it stays the same no further mail was found.
+    std::size_t CountOfMessageIds() const { return mails_.size(); }
+
+    /// All rows that were added, and what else has their message ids. Not set when there is none.
+    merodbquery::Condition MailRows() const;
 
     /// Rows of the security store, among them all that concern these mails. Not set when none can.
     merodbquery::Condition SecurityRows() const;
@@ -37,25 +46,22 @@ class FoundMails {
     bool Concerns(const record::SecurityLog& row) const;
 
  private:
-    static constexpr std::int64_t kSecondsBefore = 3600;
-    static constexpr std::int64_t kSecondsBehind = 60;
-
-    struct Span {
-        void Include(std::int64_t begin, std::int64_t end);
-
-        std::int64_t begin = std::numeric_limits<std::int64_t>::max();
-        std::int64_t end = 0;
-    };
-
     struct Mail {
         std::set<std::string> senders;
-        std::set<std::string> recipients;  // original ones as well
-        Span span;                         // of the events that may concern it
+        std::set<std::string> recipients;                               // original ones as well
+        std::int64_t first = std::numeric_limits<std::int64_t>::max();  // date
+        std::int64_t last = 0;
+
+        void Add(const record::MailLog& row);
     };
 
-    std::map<std::string, Mail> mails_;  // by message id, those without by queue id
-    std::set<std::string> message_ids_;
-    bool has_nameless_ = false;
+    bool Mentions(const std::string& event) const;
+    std::vector<const Mail*> AllMails() const;
+
+    std::map<std::string, Mail> mails_;  // by message id
+    std::map<QueueId, Mail> nameless_;   // those without: the log began in the middle of them
+    std::set<QueueId> queue_ids_;
+    std::set<std::string> ids_;  // as a log line names them
 };
 
 }  // namespace serverlog::program

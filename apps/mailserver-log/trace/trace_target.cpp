@@ -1,20 +1,20 @@
 #include "trace/trace_target.h"
 
+#include <mailserver/convert_to_utf8.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <string_view>
 
 #include "trace/any_of.h"
+#include "trace/brackets.h"
+#include "trace/words.h"
 
 namespace serverlog::program {
 
 namespace {
 
 using merodbquery::Condition;
-
-std::string WithoutBrackets(const std::string& text) {
-    const bool has_brackets = text.size() >= 2 && text.front() == '<' && text.back() == '>';
-    return has_brackets ? text.substr(1, text.size() - 2) : text;
-}
 
 std::string InSmallLetters(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(), [](char letter) {
@@ -31,16 +31,28 @@ TraceTarget::TraceTarget(const std::string& text)
         throw CLI::ValidationError("WHAT", "is empty; give a queue id, message id or address");
     }
     // The index that finds addresses tells letters from capitals.
-    if (const std::string small = InSmallLetters(text_); small != text_) {
-        addresses_.push_back(small);
+    AddAddress(InSmallLetters(text_));
+    // The collector stores domains in their Unicode form.
+    std::string unicode;
+    if (addresses_.back().find("xn--") != std::string::npos &&
+        MERO::POSTCUBE_SERVER::ConvertToUTF8(addresses_.back(), unicode) == 0) {
+        AddAddress(unicode);
     }
+}
+
+void TraceTarget::AddAddress(const std::string& address) {
+    if (!IsAddress(address)) {
+        addresses_.push_back(address);
+    }
+}
+
+bool TraceTarget::MayBeQueueId() const {
+    return text_.find('@') == std::string::npos;
 }
 
 Condition TraceTarget::MailIds() const {
     const Condition message = AnyOf("message_id", std::vector{text_, "<" + text_ + ">"});
-    // No queue id has an "@", and the search for one has to read the whole store.
-    return text_.find('@') != std::string::npos ? message
-                                                : message || AnyOf("queue_id", std::vector{text_});
+    return MayBeQueueId() ? message || AnyOf("queue_id", std::vector{text_}) : message;
 }
 
 Condition TraceTarget::MailAddresses() const {
@@ -50,6 +62,14 @@ Condition TraceTarget::MailAddresses() const {
 
 Condition TraceTarget::SecurityAddresses() const {
     return AnyOf("sender", addresses_) || AnyOf("recipient", addresses_);
+}
+
+Condition TraceTarget::Events() const {
+    return Condition::HasSubstring("event", text_);
+}
+
+bool TraceTarget::IsNamedIn(const std::string& event) const {
+    return AnyWord(event, [this](std::string_view word) { return word == text_; });
 }
 
 bool TraceTarget::IsAddress(const std::string& address) const {

@@ -17,8 +17,13 @@ class TraceTarget {
     /// Throws CLI::ValidationError for a text that is empty but for the brackets.
     explicit TraceTarget(const std::string& text);
 
-    /// The rows of the mail store that have it for an id. Only the search for a message id has an
-    /// index.
+    const std::string& Text() const { return text_; }
+
+    /// No queue id has an "@".
+    bool MayBeQueueId() const;
+
+    /// The rows of the mail store that have it for an id. That has an index unless it may be a
+    /// queue id.
     merodbquery::Condition MailIds() const;
 
     /// The rows of the mail store that have it for a sender or recipient.
@@ -27,12 +32,20 @@ class TraceTarget {
     /// The same for the security store.
     merodbquery::Condition SecurityAddresses() const;
 
+    /// Rows of the security store, among them all whose event names it. That has no index.
+    merodbquery::Condition Events() const;
+
+    /// Whether it is a word of this event.
+    bool IsNamedIn(const std::string& event) const;
+
     /// Whether it is this address.
     bool IsAddress(const std::string& address) const;
 
  private:
+    void AddAddress(const std::string& address);
+
     std::string text_;
-    std::vector<std::string> addresses_;  // as it was given, and in small letters
+    std::vector<std::string> addresses_;  // as it was given and as it may have been stored
 };
 
 }  // namespace serverlog::program
