@@ -74,6 +74,7 @@ std::vector<Line> CountLines(const std::vector<StatisticRow>& rows, const char* 
 
 std::vector<Line> NameLines(const std::vector<StatisticRow>& rows, const char* time_format) {
     std::vector<Line> lines;
+    lines.reserve(rows.size());
     for (const StatisticRow& row : rows) {
         lines.push_back(
             {{LocalTime(row.time, time_format), row.group, row.name, std::to_string(row.count)},
