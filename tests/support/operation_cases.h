@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/operation_test.h"
+#include "support/operation_fixture.h"
 
 #include <json/value.h>
 

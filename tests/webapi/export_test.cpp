@@ -16,7 +16,7 @@
 #include "support/child.h"
 #include "support/json_value.h"
 #include "support/query_call.h"
-#include "support/query_test.h"
+#include "support/query_fixture.h"
 #include "support/spool.h"
 #include "support/sqlite_file.h"
 #include "support/standard_output.h"

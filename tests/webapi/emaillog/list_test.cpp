@@ -8,7 +8,7 @@
 
 #include "support/json_value.h"
 #include "support/query_call.h"
-#include "support/query_test.h"
+#include "support/query_fixture.h"
 #include "support/sqlite_file.h"
 #include "support/store_rows.h"
 #include "support/text_file.h"

@@ -6,7 +6,7 @@
 
 #include "support/json_value.h"
 #include "support/query_call.h"
-#include "support/query_test.h"
+#include "support/query_fixture.h"
 #include "support/store_rows.h"
 
 namespace serverlog::webapi {

@@ -1,4 +1,4 @@
-#include "support/operation_test.h"
+#include "support/operation_fixture.h"
 
 #include <mailserver-log/exception/exception.h>
 #include <mailserver-log/log/adminlog/logger/flags.h>

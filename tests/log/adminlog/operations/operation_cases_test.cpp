@@ -1,5 +1,5 @@
 #include "support/operation_cases.h"
-#include "support/operation_test.h"
+#include "support/operation_fixture.h"
 
 #include "utils/json_text.h"
 

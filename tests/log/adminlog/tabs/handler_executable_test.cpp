@@ -1,4 +1,4 @@
-#include "support/operation_test.h"
+#include "support/operation_fixture.h"
 #include "support/text_file.h"
 
 #include <gmock/gmock.h>

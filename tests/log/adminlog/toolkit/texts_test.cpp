@@ -1,6 +1,6 @@
 #include "log/adminlog/toolkit/texts.h"
 
-#include "support/operation_test.h"
+#include "support/operation_fixture.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 
 #include "log/adminlog/tabs/service/network_interface.h"
 #include "support/child.h"
-#include "support/operation_test.h"
+#include "support/operation_fixture.h"
 #include "support/text_file.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "support/query_test.h"
+#include "support/query_fixture.h"
 
 #include <stdlib.h>
 #include <time.h>
