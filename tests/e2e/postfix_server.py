@@ -1,0 +1,150 @@
+"""A real Postfix with a configuration, queue and log of its own."""
+
+import json
+import os
+import pathlib
+import shutil
+import subprocess
+import time
+
+FOLDER = pathlib.Path("/tmp/postfix-test")
+CONFIGURATION = FOLDER / "etc"
+QUEUE = FOLDER / "queue"
+MAILBOXES = FOLDER / "mailboxes"
+
+MAIN = f"""
+compatibility_level = 3.6
+queue_directory = {QUEUE}
+data_directory = {FOLDER}/data
+myhostname = mx.test
+mydestination = mx.test
+inet_interfaces = loopback-only
+inet_protocols = ipv4
+mynetworks = 127.0.0.0/8
+smtpd_relay_restrictions = permit_mynetworks reject_unauth_destination
+smtpd_peername_lookup = no
+smtp_dns_support_level = disabled
+smtp_host_lookup = native
+smtpd_authorized_xclient_hosts = 127.0.0.1
+mail_spool_directory = {MAILBOXES}/
+virtual_mailbox_domains = virtual.test
+virtual_mailbox_base = {MAILBOXES}
+virtual_uid_maps = static:65534
+virtual_gid_maps = static:65534
+header_checks = regexp:{CONFIGURATION}/header_checks
+# Nothing is tried again by itself.
+minimal_backoff_time = 1h
+maximal_backoff_time = 1h
+"""
+
+# The daemons that every Postfix runs, none of them in a chroot.
+MASTER = """
+pickup    unix  n - n 60 1 pickup
+cleanup   unix  n - n - 0 cleanup
+qmgr      unix  n - n 300 1 qmgr
+tlsmgr    unix  - - n 1000? 1 tlsmgr
+rewrite   unix  - - n - - trivial-rewrite
+bounce    unix  - - n - 0 bounce
+defer     unix  - - n - 0 bounce
+trace     unix  - - n - 0 bounce
+verify    unix  - - n - 1 verify
+flush     unix  n - n 1000? 0 flush
+proxymap  unix  - - n - - proxymap
+showq     unix  n - n - - showq
+error     unix  - - n - - error
+retry     unix  - - n - - error
+discard   unix  - - n - - discard
+local     unix  - n n - - local
+virtual   unix  - n n - - virtual
+smtp      unix  - - n - - smtp
+relay     unix  - - n - - smtp
+lmtp      unix  - - n - - lmtp
+anvil     unix  - - n - 1 anvil
+scache    unix  - - n - 1 scache
+smtpd     pass  - - n - - smtpd
+dnsblog   unix  - - n - 0 dnsblog
+tlsproxy  unix  - - n - 0 tlsproxy
+"""
+
+RSYSLOG = f"""
+module(load="imuxsock")
+global(workDirectory="{FOLDER}")
+mail.* action(type="omfile" file="{FOLDER}/mail.log" template="RSYSLOG_TraditionalFileFormat")
+mail.* action(type="omfile" file="{FOLDER}/mail-3339.log" template="RSYSLOG_FileFormat")
+"""
+
+
+def wait_for(condition, what, pause=0.02):
+    """Waits for what other processes bring about; gives the condition's value."""
+    end = time.monotonic() + 60
+    while time.monotonic() < end:
+        value = condition()
+        if value:
+            return value
+        time.sleep(pause)
+    raise AssertionError(f"waited in vain for {what}")
+
+
+class PostfixServer:
+    """Postfix and an rsyslogd that writes its log: with RFC 3164 stamps as `log`, with RFC 3339
+    stamps as `new_log`."""
+
+    log = FOLDER / "mail.log"
+    new_log = FOLDER / "mail-3339.log"
+
+    def __init__(self, settings, services, header_checks):
+        """settings: lines of main.cf; services: lines of master.cf; header_checks: its lines."""
+        shutil.rmtree(FOLDER, ignore_errors=True)
+        for folder in (CONFIGURATION, QUEUE, MAILBOXES, FOLDER / "data"):
+            folder.mkdir(parents=True)
+        MAILBOXES.chmod(0o1777)
+        shutil.chown(FOLDER / "data", "postfix")
+        (CONFIGURATION / "main.cf").write_text(MAIN + settings)
+        (CONFIGURATION / "master.cf").write_text(MASTER + services)
+        (CONFIGURATION / "header_checks").write_text(header_checks)
+        (FOLDER / "rsyslog.conf").write_text(RSYSLOG)
+        self.processes = []
+
+    def start(self):
+        self._spawn(["rsyslogd", "-n", "-f", FOLDER / "rsyslog.conf",
+                     "-i", FOLDER / "rsyslogd.pid"])
+        wait_for(lambda: os.path.exists("/dev/log"), "rsyslogd to open /dev/log")
+        self._spawn(["postfix", "-c", CONFIGURATION, "start-fg"])
+        wait_for(lambda: (QUEUE / "public/showq").exists(), "Postfix to start")
+
+    def stop(self):
+        """Ends both; the logs are whole then."""
+        while self.processes:
+            process = self.processes.pop()
+            process.terminate()
+            process.wait()
+
+    def configure(self, setting):
+        self._run("postconf", "-e", setting)
+        self._run("postfix", "reload")
+
+    def expire(self, queue_id):
+        self._run("postsuper", "-e", queue_id)
+
+    def queue(self):
+        """Queue id and queue name of each mail that is not done with."""
+        listed = self._run("postqueue", "-j").splitlines()
+        return {mail["queue_id"]: mail["queue_name"] for mail in map(json.loads, listed)}
+
+    def wait_until_all_is_tried(self):
+        """Waits until each mail is delivered, given up or deferred."""
+        wait_for(lambda: set(self.queue().values()) <= {"deferred"}, "all mails to be tried")
+
+    def retry_until_left(self, queue_ids):
+        """Has deferred mails tried again until no others are left than these."""
+        def is_done():
+            self._run("postqueue", "-f")
+            return set(self.queue()) <= set(queue_ids)
+        wait_for(is_done, f"all mails but {queue_ids} to be done with", pause=0.3)
+
+    def _run(self, command, *arguments):
+        return subprocess.run([command, "-c", CONFIGURATION, *arguments], check=True, text=True,
+                              stdout=subprocess.PIPE, stderr=subprocess.PIPE).stdout
+
+    def _spawn(self, arguments):
+        self.processes.append(subprocess.Popen(arguments))
