@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "mail_events/collector_report.h"
+#include "output/display_text.h"
 #include "output/readable.h"
 #include "output/table_writer.h"
 #include "output/terminal_style.h"
@@ -67,6 +69,26 @@ void WriteArchive(const ArchiveReport& archive) {
     std::cout << "\n";
 }
 
+void WriteCollector(const CollectorReport& collector) {
+    if (!collector.exists) {
+        std::cout << "mail events: never collected\n";
+        return;
+    }
+    std::cout << "mail events: read up to " << TimeCell(collector.newest_line) << ", at "
+              << TimeCell(collector.read_at) << " (" << collector.read_at - collector.newest_line
+              << " s later); lines " << collector.lines << ", mail " << collector.mail
+              << ", security " << collector.security << ", skipped " << collector.skipped
+              << ", unreadable " << collector.unreadable << "; in flight " << collector.in_flight
+              << "\n";
+    std::string skipped;
+    for (const std::string& program : collector.skipped_by_program) {
+        skipped += (skipped.empty() ? "" : ", ") + VisibleText(program);
+    }
+    if (!skipped.empty()) {
+        std::cout << "mail events: skipped lines by program: " << skipped << "\n";
+    }
+}
+
 std::size_t WriteProblems(const std::string& about, const std::vector<Problem>& problems) {
     for (const Problem& problem : problems) {
         std::cout << "wrong: " << about << ": " << problem.what << ". To do: " << problem.remedy
@@ -80,14 +102,17 @@ void Status() {
                                              ExamineStore(FactsOf<MailStore>()),
                                              ExamineStore(FactsOf<SecurityStore>())};
     const ArchiveReport archive = ExamineArchive(stores);
+    const CollectorReport collector = ExamineCollector();
     WriteFiles(stores);
     std::cout << "\n";
     for (const StoreReport& store : stores) {
         WriteRotation(store);
     }
     WriteArchive(archive);
+    WriteCollector(collector);
     std::cout << "\n";
-    std::size_t problems = WriteProblems("archive", archive.problems);
+    std::size_t problems = WriteProblems("archive", archive.problems) +
+                           WriteProblems("mail events", collector.problems);
     for (const StoreReport& store : stores) {
         problems += WriteProblems(store.name, store.problems);
     }

@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <sqlite3.h>
 #include <sys/mount.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -17,6 +16,7 @@
 #include "apps/admin_line.h"
 #include "support/program.h"
 #include "support/sqlite_file.h"
+#include "support/store_lock.h"
 #include "support/text_file.h"
 
 namespace {
@@ -47,20 +47,6 @@ std::size_t Count(const std::string& text, const std::string& part) {
 Texts Statements() {
     return test::RunOnFile(kStore, "SELECT statement FROM admin_log ORDER BY rowid");
 }
-
-/// Keeps the store from being written, and read, while it lives.
-class Lock {
- public:
-    Lock() {
-        sqlite3_open(kStore.c_str(), &connection_);
-        EXPECT_EQ(sqlite3_exec(connection_, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr),
-                  SQLITE_OK);
-    }
-    ~Lock() { sqlite3_close(connection_); }
-
- private:
-    sqlite3* connection_ = nullptr;
-};
 
 class Collect : public testing::Test {
  protected:
@@ -123,7 +109,7 @@ TEST_F(Collect, WaitsForAStoreThatIsLocked) {
     CollectOne();
     Program program({"collect"});
     {
-        const Lock lock;
+        const test::StoreLock lock(kStore);
         program.Write(AdminLine("second") + "\n");
         program.WaitForError("cannot store lines in " + kStore);
         program.Write(AdminLine("third") + "\n");
@@ -138,7 +124,7 @@ TEST_F(Collect, WaitsForAStoreThatIsLocked) {
 TEST_F(Collect, KeepsLinesThatItCannotStoreBeforeItHasToStop) {
     CollectOne();
     Program program({"collect"});
-    const Lock lock;
+    const test::StoreLock lock(kStore);
     program.Write(AdminLine("second") + "\n");
     program.WaitForError("cannot store lines");
     program.Signal(SIGTERM);
@@ -298,7 +284,7 @@ TEST_F(Collect, ShowsLifeWhileAConfirmationTakesItsTime) {
     CollectOne();
     Program program({"collect", "--confirm"});
     {
-        const Lock lock;
+        const test::StoreLock lock(kStore);
         program.Write(EscapedAdminLine("second"));
         program.WaitForOutput([](const std::string& output) { return output == "OK\n."; });
     }
@@ -310,7 +296,7 @@ TEST_F(Collect, ShowsLifeWhileAConfirmationTakesItsTime) {
 TEST_F(Collect, KeepsTheLineInHandWhenToldToStop) {
     CollectOne();
     Program program({"collect", "--confirm"});
-    const Lock lock;
+    const test::StoreLock lock(kStore);
     program.Write(EscapedAdminLine("second"));
     program.WaitForError("cannot store lines");
     program.Signal(SIGTERM);

@@ -8,8 +8,8 @@ namespace serverlog::program {
 template <class Read>
 auto PatientStore::Try(Read&& read) {
     decltype(read()) result = {};
-    if (!retry_.Run("read " + state_file::kPath, [&] { result = read(); })) {
-        throw Failure("stopped before " + state_file::kPath + " could be read");
+    if (!retry_.Run("read the state in " + state_file::kPath, [&] { result = read(); })) {
+        throw Failure("stopped before the state in " + state_file::kPath + " could be read");
     }
     return result;
 }

@@ -23,6 +23,39 @@ void ReplaceAll(std::string& text, std::string_view from, std::string_view to) {
     }
 }
 
+// The head of the encoded word whose text starts at `begin`, "=?charset?encoding?" in small
+// letters; empty if none is there.
+std::string HeadOfWord(const std::string& text, std::size_t begin) {
+    constexpr std::size_t kEncoding = 3;  // "?b?"
+    if (begin < kEncoding + 2 || text[begin - kEncoding] != '?') {
+        return {};
+    }
+    const std::size_t start = text.rfind("=?", begin - kEncoding - 1);
+    std::string head = start == std::string::npos ? "" : text.substr(start, begin - start);
+    std::transform(head.begin(), head.end(), head.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    return head;
+}
+
+// Makes one of two encoded words that stand side by side and are written in the same way. Many
+// programs cut a text anywhere, and a character that is cut can't be decoded.
+void JoinWords(std::string& text) {
+    constexpr std::string_view kBetween = "?= =?";
+    for (std::size_t at = 0; (at = text.find(kBetween, at)) != std::string::npos;) {
+        const std::size_t begin = text.rfind('?', at - 1) + 1;
+        const std::string head = HeadOfWord(text, begin);
+        const std::size_t next = at + kBetween.size() - 2 + head.size();
+        const bool is_same = !head.empty() && next <= text.size() && HeadOfWord(text, next) == head;
+        const bool is_whole =
+            head.find("?q?") != std::string::npos || ((at - begin) % 4 == 0 && text[at - 1] != '=');
+        if (is_same && is_whole) {
+            text.erase(at, next - at);
+        } else {
+            at += kBetween.size();
+        }
+    }
+}
+
 std::string Converted(std::string_view text) {
     std::string result(text);
     // Untouched where it can't.
@@ -67,6 +100,7 @@ std::string RowHeader(std::string_view text) {
     // be nothing else.
     ReplaceAll(unfolded, "?=? =?", "?= =?");
     ReplaceAll(unfolded, "?=?\t=?", "?= =?");
+    JoinWords(unfolded);
     const bool is_plain = unfolded.find("=?") == std::string::npos && IsAscii(unfolded);
     return is_plain ? unfolded : Converted(unfolded);
 }
