@@ -1,7 +1,6 @@
 #include <mailserver-log/log/adminlog/logger/logger.h>
 #include <mero/api_request.h>
 #include <mero/api_response.h>
-#include <mero/api_runner.h>
 #include <syslog.h>
 
 #include <iostream>
@@ -12,6 +11,7 @@
 
 #include "input/input.h"
 #include "process/failure.h"
+#include "process/handler_call.h"
 #include "process/syslog_echo.h"
 #include "stores/stores.h"
 #include "subcommands.h"
@@ -45,17 +45,10 @@ Json::Value ReadBody(const std::string& path) {
 
 void RunApi(const CallOptions& options, const Json::Value& params, MERO::APIResponse& response) {
     const auto& [api, method, version] = options.exec;
-    Json::Value result;
-    MERO::APIRunner::Exec(result, api.c_str(), version, method.c_str(), params,
-                          options.user.c_str());
-    if (result["success"].isBool() && result["success"].asBool()) {
-        response.SetSuccess(result["data"]);
+    CallHandler({api, method, version}, params, options.user, response);
+    if (response.GetError() == 0) {
         return;
     }
-    const Json::Value& code = result["error"]["code"];
-    response.SetError(
-        code.isInt() && code.asInt() != 0 ? code.asInt() : MERO::APIRunner::kHandlerFailed,
-        result["error"]);
     std::cerr << "mailserver-log: " << api << " " << method << " failed with code "
               << response.GetError()
               << "; such a call is logged only where the operation asks for it" << std::endl;

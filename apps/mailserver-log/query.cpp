@@ -23,6 +23,7 @@
 
 #include "input/input.h"
 #include "output/json_writer.h"
+#include "output/reply.h"
 #include "output/standard_output.h"
 #include "process/failure.h"
 #include "subcommands.h"
@@ -152,18 +153,6 @@ std::optional<TestStrings> ReadTestStrings(const QueryOptions& options, const Me
     return strings;
 }
 
-// The members in the order that clients know, while jsoncpp sorts them.
-void PrintReply(const Json::Value& reply) {
-    const char* separator = "{";
-    for (const char* name : {"success", "data", "error"}) {
-        if (reply.isMember(name)) {
-            std::cout << separator << '"' << name << "\":" << CompactJson(reply[name]);
-            separator = ",";
-        }
-    }
-    std::cout << "}\n";
-}
-
 // A document is written with C's stdout.
 void CheckDocument() {
     if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) {
@@ -202,7 +191,7 @@ void QueryByRequest(const Method& method, const Json::Value& params,
         CheckDocument();
     }
     if (response.IsOutputEnabled()) {
-        PrintReply(response.Reply());
+        WriteReply(std::cout, response.Reply());
     }
     if (response.GetError() != 0) {
         Fail(method, response.GetError(), Json::Value());

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -23,7 +24,8 @@ std::vector<StatisticRow> ReadRows(const StatsOptions& options) {
     if (options.subject == "traffic") {
         return ReadTraffic(options.scale);
     }
-    if (options.scale != "hour" && options.scale != "day") {
+    const std::vector<std::string>& scales = ThreatScales();
+    if (std::find(scales.begin(), scales.end(), options.scale) == scales.end()) {
         throw CLI::ValidationError("--scale", "threats are counted by hour and by day only");
     }
     return ReadThreats(options.scale);
@@ -52,7 +54,7 @@ void AddStats(CLI::App& program) {
     stats->add_option("SUBJECT", options->subject, "traffic or threats [traffic]")
         ->check(CLI::IsMember({"traffic", "threats"}));
     stats->add_option("--scale", options->scale, "hour, day, week or month [day]")
-        ->check(CLI::IsMember({"hour", "day", "week", "month"}));
+        ->check(CLI::IsMember(TrafficScales()));
     stats->add_option("--format", options->format, "table, json or csv [table]")
         ->check(CLI::IsMember({"table", "json", "csv"}));
     stats->callback([options] { PrintStats(*options); });

@@ -22,11 +22,26 @@ bool IsInWalMode(const std::string& path) {
     return file.get() == 2;
 }
 
+// A path as it stands in a URI, https://www.sqlite.org/uri.html.
+std::string Escaped(const std::string& path) {
+    constexpr char kDigits[] = "0123456789abcdef";
+    std::string escaped;
+    for (const char letter : path) {
+        if (letter != '%' && letter != '?' && letter != '#') {
+            escaped += letter;
+            continue;
+        }
+        const auto byte = static_cast<unsigned char>(letter);
+        escaped += {'%', kDigits[byte >> 4U], kDigits[byte & 0xfU]};
+    }
+    return escaped;
+}
+
 // SQLite makes the files of the log when they are missing, unless the file is said not to change.
 std::string Address(const std::string& path) {
     const bool has_log =
         std::filesystem::exists(path + "-wal") && std::filesystem::exists(path + "-shm");
-    return "file:" + path + (IsInWalMode(path) && !has_log ? "?immutable=1" : "?mode=ro");
+    return "file:" + Escaped(path) + (IsInWalMode(path) && !has_log ? "?immutable=1" : "?mode=ro");
 }
 
 }  // namespace

@@ -17,7 +17,6 @@ namespace serverlog::program {
 /// for for some seconds.
 class ReadOnlyDatabase {
  public:
-    /// @param path  the file; no more than letters, digits and "/_-.@"
     explicit ReadOnlyDatabase(const std::string& path);
 
     /// The first value of a query; nothing when it has no row or the value is NULL.
