@@ -1,0 +1,5 @@
+#include "endpoint.h"
+
+int main() {
+    return serverlog::endpoint::Serve();
+}
