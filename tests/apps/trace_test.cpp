@@ -62,11 +62,14 @@ const Texts kMails = {
     R"("subject":"wild"})",
     R"({"date":150005,"queue_id":"I1","message_id":"<i@x>","mail_to":"ida@bücher.example",)"
     R"("subject":"umlaut"})",
-    R"({"date":200000,"host":"h","queue_id":"F2","message_id":"<f@x>","mail_from":"fay@x",)"
+    R"({"date":2000000,"host":"h","queue_id":"F2","message_id":"<f@x>","mail_from":"fay@x",)"
     R"("mail_to":"gus@y","subject":"filtered"})",
-    R"({"date":200010,"host":"h","queue_id":"F3","message_id":"<n@h>","mail_to":"fay@x",)"
+    R"({"date":2000010,"host":"h","queue_id":"F3","message_id":"<n@h>","mail_to":"fay@x",)"
     R"("subject":"notification"})",
-    R"({"date":200020,"host":"g","queue_id":"F3","message_id":"<o@g>","subject":"other host"})",
+    R"({"date":2000020,"host":"g","queue_id":"F3","message_id":"<o@g>","subject":"other host"})",
+    R"({"date":500,"host":"h","queue_id":"F1","message_id":"<old@x>","subject":"old use"})",
+    R"({"date":600,"queue_id":"N1","message_id":"<>","subject":"came without"})",
+    R"({"date":600,"queue_id":"N2","message_id":"<>","subject":"came without too"})",
 };
 const Texts kLongTermEvents = {
     R"({"date":96400,"type":"reject","src":"192.0.2.1","sender":"ann@x","recipient":"team@y",)"
@@ -80,9 +83,9 @@ const Texts kEvents = {
     R"({"date":100000,"sender":"ann@x","recipient":"dan@y","subject":"other recipient"})",
     R"({"date":100000,"sender":"eve@x","recipient":"carl@y","subject":"other sender"})",
     R"({"date":150001,"recipient":"ann@x","subject":"no sender"})",
-    R"({"date":199999,"event":"F1: bad signature data","subject":"names the first id"})",
-    R"({"date":199999,"event":"F11: f1: xf@x","subject":"names others"})",
-    R"({"date":200001,"event":"message-id '<f@x>' infected","subject":"names the message id"})",
+    R"({"date":1999999,"event":"F1: bad signature data","subject":"names the first id"})",
+    R"({"date":1999999,"event":"F11: f1: xf@x","subject":"names others"})",
+    R"({"date":2000001,"event":"message-id '<f@x>' infected","subject":"names the message id"})",
     R"({"date":300000,"event":"R1: milter-reject","recipient":"zed@y","subject":"refused"})",
     R"({"date":300001,"event":"id: <r@x>, qid: <R2>","subject":"spam"})",
 };
@@ -97,8 +100,8 @@ class Trace : public testing::Test {
         AddJsonRows<SecurityLogDB>(StoreTraits<SecurityLogDB>::kPath, kEvents);
         test::RunOnFile(state_file::kPath,
                         std::string(state_file::kCreateScript) +
-                            "INSERT INTO joined VALUES ('h', 'F1', 'F2', 200000);"
-                            "INSERT INTO joined VALUES ('h', 'F2', 'F3', 200005);");
+                            "INSERT INTO joined VALUES ('h', 'F1', 'F2', 2000000);"
+                            "INSERT INTO joined VALUES ('h', 'F2', 'F3', 2000005);");
     }
 
     static Program::Result Run(Texts arguments) {
@@ -141,7 +144,9 @@ TEST_F(Trace, FindsAllRowsOfAMail) {
          {"verdict", "leg", "carl"}},
         {"letter case of a queue id", {"a1"}, {"small"}},
         {"no message id", {"B2"}, {"bounce"}},
-        {"queue id before the filter", {"F1"}, kFiltered},
+        {"came without a message id", {"N1"}, {"came without"}},
+        {"queue id before the filter", {"F1", "--since", "1970-01-02"}, kFiltered},
+        {"mail that had the queue id before", {"old@x"}, {"old use"}},
         {"queue id behind the filter", {"F2"}, kFiltered},
         {"message id of a filtered mail", {"f@x"}, kFiltered},
         {"queue id of a refused mail", {"R1"}, {"refused"}},

@@ -1,6 +1,7 @@
 #include "trace/found_mails.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <string_view>
 
 #include "process/failure.h"
@@ -26,9 +27,9 @@ void Insert(std::set<std::string>& texts, const std::string& text) {
     }
 }
 
-Condition InSpan(std::int64_t first, std::int64_t last) {
-    return Condition::ConditionFactory("date", ">=", first) &&
-           Condition::ConditionFactory("date", "<=", last);
+Condition Within(const DateSpan& span, std::int64_t before = 0, std::int64_t behind = 0) {
+    return Condition::ConditionFactory("date", ">=", span.first - before) &&
+           Condition::ConditionFactory("date", "<=", span.last + behind);
 }
 
 }  // namespace
@@ -37,24 +38,25 @@ void FoundMails::Mail::Add(const record::MailLog& row) {
     Insert(senders, row.mail_from);
     Insert(recipients, row.mail_to);
     Insert(recipients, row.ori_mail_to);
-    first = std::min<std::int64_t>(first, row.date);
-    last = std::max<std::int64_t>(last, row.date);
+    span.Include(row.date);
 }
 
 void FoundMails::Add(const record::MailLog& row) {
     const QueueId queue_id = {row.host, row.queue_id};
-    Mail& mail = row.message_id.empty() ? nameless_[queue_id] : mails_[row.message_id];
+    // The log began in the middle of the mail, or the mail came without; Postfix writes "<>" then.
+    const std::string message_id = WithoutBrackets(row.message_id);
+    Mail& mail = message_id.empty() ? nameless_[queue_id] : mails_[row.message_id];
     mail.Add(row);
-    AddQueueId(queue_id);
-    Insert(ids_, WithoutBrackets(row.message_id));
+    AddQueueId(queue_id, row.date);
+    Insert(ids_, message_id);
     if (mails_.size() + nameless_.size() > kMostMails) {
         throw Failure("more than " + std::to_string(kMostMails) +
                       " mails had this id; narrow it down with --since and --until");
     }
 }
 
-void FoundMails::AddQueueId(const QueueId& queue_id) {
-    queue_ids_.insert(queue_id);
+void FoundMails::AddQueueId(const QueueId& queue_id, std::int64_t date) {
+    queue_ids_[queue_id].Include(date);
     Insert(ids_, queue_id.id);
 }
 
@@ -65,9 +67,9 @@ Condition FoundMails::MailRows() const {
     }
     for (const auto& [queue_id, mail] : nameless_) {
         // The dates have an index.
-        rows = rows || (InSpan(mail.first, mail.last) &&
-                        Condition::ConditionFactory("queue_id", "=", queue_id.id) &&
-                        Condition::ConditionFactory("host", "=", queue_id.host));
+        rows = rows ||
+               (Within(mail.span) && Condition::ConditionFactory("queue_id", "=", queue_id.id) &&
+                Condition::ConditionFactory("host", "=", queue_id.host));
     }
     return rows;
 }
@@ -75,7 +77,7 @@ Condition FoundMails::MailRows() const {
 Condition FoundMails::SecurityRows() const {
     Condition rows = Condition::Null();
     for (const Mail* mail : AllMails()) {
-        rows = rows || InSpan(mail->first - kSecondsBefore, mail->last + kSecondsBehind);
+        rows = rows || Within(mail->span, kSecondsBefore, kSecondsBehind);
     }
     return rows;
 }
@@ -83,8 +85,7 @@ Condition FoundMails::SecurityRows() const {
 bool FoundMails::Concerns(const record::SecurityLog& row) const {
     const std::vector<const Mail*> mails = AllMails();
     return std::any_of(mails.begin(), mails.end(), [&](const Mail* mail) {
-        const bool is_in_time =
-            mail->first - kSecondsBefore <= row.date && row.date <= mail->last + kSecondsBehind;
+        const bool is_in_time = mail->span.IsNear(row.date, kSecondsBefore, kSecondsBehind);
         const bool is_between =
             mail->senders.count(row.sender) > 0 && mail->recipients.count(row.recipient) > 0;
         return is_in_time && (is_between || Mentions(row.event));

@@ -6,12 +6,12 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <map>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "trace/date_span.h"
 #include "trace/queue_id.h"
 
 namespace serverlog::program {
@@ -28,10 +28,11 @@ class FoundMails {
     /// many mails for one search.
     void Add(const record::MailLog& row);
 
-    /// Adds a queue id of one of these mails.
-    void AddQueueId(const QueueId& queue_id);
+    /// Adds a queue id of one of these mails, which had it on that date.
+    void AddQueueId(const QueueId& queue_id, std::int64_t date);
 
-    const std::set<QueueId>& QueueIds() const { return queue_ids_; }
+    /// The queue ids and when they belonged to these mails. Others have them at other times.
+    const std::map<QueueId, DateSpan>& QueueIds() const { return queue_ids_; }
 
     /// The number of message ids. Where it stays the same no further mail was found.
     std::size_t CountOfMessageIds() const { return mails_.size(); }
@@ -48,9 +49,8 @@ class FoundMails {
  private:
     struct Mail {
         std::set<std::string> senders;
-        std::set<std::string> recipients;                               // original ones as well
-        std::int64_t first = std::numeric_limits<std::int64_t>::max();  // date
-        std::int64_t last = 0;
+        std::set<std::string> recipients;  // original ones as well
+        DateSpan span;
 
         void Add(const record::MailLog& row);
     };
@@ -59,8 +59,8 @@ class FoundMails {
     std::vector<const Mail*> AllMails() const;
 
     std::map<std::string, Mail> mails_;  // by message id
-    std::map<QueueId, Mail> nameless_;   // those without: the log began in the middle of them
-    std::set<QueueId> queue_ids_;
+    std::map<QueueId, Mail> nameless_;   // those without
+    std::map<QueueId, DateSpan> queue_ids_;
     std::set<std::string> ids_;  // as a log line names them
 };
 

@@ -1,9 +1,7 @@
 #include "trace/mail_search.h"
 
-#include <algorithm>
 #include <cstdint>
-#include <limits>
-#include <string>
+#include <map>
 
 #include "trace/any_of.h"
 
@@ -26,10 +24,7 @@ constexpr auto kAll = [](const record::MailLog& /*row*/) { return true; };
 FoundMails MailSearch::Find(const TraceTarget& target) {
     Add(target.MailIds(), kAll);
     if (target.MayBeQueueId()) {
-        // A mail that went on under another queue id has no row with its first one.
-        for (const std::string& host : joined_.Hosts()) {
-            found_.AddQueueId({host, target.Text()});
-        }
+        AddFirstId(target.Text());
     }
     std::size_t known = 0;
     while (FollowJoined() || found_.CountOfMessageIds() > known) {
@@ -37,6 +32,15 @@ FoundMails MailSearch::Find(const TraceTarget& target) {
         Add(found_.MailRows(), kAll);
     }
     return found_;
+}
+
+// A mail that went on under another queue id has no row with its first one.
+void MailSearch::AddFirstId(const std::string& queue_id) {
+    for (const std::string& host : joined_.Hosts()) {
+        for (const auto& joined : joined_.Of({host, queue_id})) {
+            found_.AddQueueId({host, queue_id}, joined.date);
+        }
+    }
 }
 
 template <class IsWanted>
@@ -56,27 +60,30 @@ void MailSearch::Add(const Condition& rows, IsWanted is_wanted) {
 // any.
 bool MailSearch::FollowJoined() {
     std::set<std::string> ids;
-    std::int64_t first = std::numeric_limits<std::int64_t>::max();
-    std::int64_t last = 0;
-    const std::set<QueueId> known = found_.QueueIds();
-    for (const QueueId& queue_id : known) {
+    DateSpan span;
+    const std::map<QueueId, DateSpan> known = found_.QueueIds();
+    for (const auto& [queue_id, had_at] : known) {
         if (ids.size() >= kMostIds || !followed_.insert(queue_id).second) {
             continue;
         }
         for (const auto& joined : joined_.Of(queue_id)) {
-            found_.AddQueueId(joined.queue_id);
-            ids.insert(joined.queue_id.id);
-            first = std::min(first, joined.date - kLifetime);
-            last = std::max(last, joined.date + kLifetime);
+            if (had_at.IsNear(joined.date, kLifetime, kLifetime)) {
+                found_.AddQueueId(joined.queue_id, joined.date);
+                ids.insert(joined.queue_id.id);
+                span.Include(joined.date);
+            }
         }
     }
     if (ids.empty()) {
         return false;
     }
-    const Condition in_time = Condition::ConditionFactory("date", ">=", first) &&
-                              Condition::ConditionFactory("date", "<=", last);  // has an index
+    const Condition in_time =  // the dates have an index
+        Condition::ConditionFactory("date", ">=", span.first - kLifetime) &&
+        Condition::ConditionFactory("date", "<=", span.last + kLifetime);
     Add(in_time && AnyOf("queue_id", ids), [this](const record::MailLog& row) {
-        return found_.QueueIds().count({row.host, row.queue_id}) > 0;
+        const auto found = found_.QueueIds().find({row.host, row.queue_id});
+        return found != found_.QueueIds().end() &&
+               found->second.IsNear(row.date, kLifetime, kLifetime);
     });
     return true;
 }

@@ -3,6 +3,7 @@
 #include <merodbquery/condition.h>
 
 #include <set>
+#include <string>
 
 #include "stores/stores.h"
 #include "trace/found_mails.h"
@@ -28,6 +29,7 @@ class MailSearch {
  private:
     template <class IsWanted>
     void Add(const merodbquery::Condition& rows, IsWanted is_wanted);
+    void AddFirstId(const std::string& queue_id);
     bool FollowJoined();
 
     TraceStore<MailStore>& store_;
