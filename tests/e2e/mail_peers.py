@@ -41,13 +41,14 @@ class SmtpPeer(Peer):
 
     refusals maps a recipient to the replies of its first RCPT commands; after these, and any other
     recipient, is accepted. With next_port each mail is handed on to that port, as a content filter
-    does.
+    does; one with tells_origin passes on whose mail it is (Postfix's XFORWARD_README).
     """
 
-    def __init__(self, refusals=None, next_port=None):
+    def __init__(self, refusals=None, next_port=None, tells_origin=False):
         super().__init__(SmtpConversation)
         self.refusals = {name: list(replies) for name, replies in (refusals or {}).items()}
         self.next_port = next_port
+        self.tells_origin = tells_origin
 
     def refusal(self, recipient):
         replies = self.refusals.get(recipient)
@@ -60,13 +61,19 @@ class SmtpConversation(socketserver.StreamRequestHandler):
 
     def handle(self):
         self.say("220 peer.test ESMTP")
-        lmtp, sender, recipients = False, "", []
+        lmtp, sender, recipients, self.origin = False, "", [], []
         while line := self.rfile.readline():
             verb, _, argument = line.decode("utf-8", "replace").strip().partition(" ")
             verb = verb.upper()
             if verb in ("EHLO", "HELO", "LHLO"):
                 lmtp = verb == "LHLO"
-                self.say("250 peer.test")
+                self.say("250-peer.test")
+                if self.server.peer.tells_origin:
+                    self.say("250-XFORWARD NAME ADDR PORT PROTO HELO IDENT SOURCE")
+                self.say("250 8BITMIME")
+            elif verb == "XFORWARD":
+                self.origin.append(argument)
+                self.say("250 2.0.0 Ok")
             elif verb == "MAIL":
                 sender, recipients = self.address(argument), []
                 self.say("250 2.1.0 Ok")
@@ -102,6 +109,8 @@ class SmtpConversation(socketserver.StreamRequestHandler):
     def hand_on(self, sender, recipients, message):
         with smtplib.SMTP("127.0.0.1", self.server.peer.next_port) as client:
             client.ehlo()
+            for attributes in self.origin:
+                client.docmd("XFORWARD", attributes)
             client.mail(sender)
             for recipient in recipients:
                 client.rcpt(recipient)

@@ -37,8 +37,9 @@ CARL = "carl@remote.test"
 SEND, RECEIVE, BOUNCE, RESEND = range(4)
 
 # A mail, and of each row that it makes the status, recipient and original recipient. Its subject
-# names it.
-Mail = collections.namedtuple("Mail", "subject sender recipients rows port", defaults=["in"])
+# names it. Those from outside come without a message id.
+Mail = collections.namedtuple("Mail", "subject sender recipients rows port source",
+                              defaults=["in", None])
 MAILS = (
     Mail("outwards", ANN, [CARL], [(SEND, CARL, "")]),
     Mail("inwards", CARL, [ANN], [(RECEIVE, ANN, "")]),
@@ -56,6 +57,9 @@ MAILS = (
     Mail("expired", ANN, ["x@gone.test"], [(BOUNCE, "x@gone.test", "")]),
     Mail("made to expire", ANN, ["x@gone.test"], [(BOUNCE, "x@gone.test", "")]),
     Mail("filtered", ANN, [CARL, BOB], [(SEND, CARL, ""), (RECEIVE, BOB, "")], "filter"),
+    Mail("nameless and filtered", CARL, [BOB], [(RECEIVE, BOB, "")], "telling_filter", OUTSIDE),
+    Mail("nameless and deferred", CARL, ["later@lmtp.test"], [(RESEND, "later@lmtp.test", "")],
+         source=OUTSIDE),
     Mail("Viele Grüße, ganz weit weg aus Österreich, und \N{snowman}!", ANN, [BOB],
          [(RECEIVE, BOB, "")]),
     Mail("' OR 1=1; DROP TABLE x -- <script>\"&amp; =1+1", ANN, [BOB], [(RECEIVE, BOB, "")]),
@@ -66,6 +70,8 @@ MAILS = (
     Mail('{"id":"MEROPostCube-Server","type":"admin_log","USER":"eve"}', ANN, [BOB],
          [(RECEIVE, BOB, "")]),
 )
+# Those have another queue id at the end.
+IN_QUEUE_AGAIN = ("filtered", "nameless and filtered", "to a local alias elsewhere")
 # The notifications of those mails that bounced; Postfix logs no subject of its own mails.
 NOTIFICATIONS = [(RECEIVE, "", ANN, "")] * 4
 
@@ -102,6 +108,7 @@ HEADER_CHECKS = """
 SERVICES = """
 {in} inet n - n - - smtpd
 {filter} inet n - n - - smtpd -o content_filter=scan:[127.0.0.1]:{scanner}
+{telling_filter} inet n - n - - smtpd -o content_filter=scan:[127.0.0.1]:{telling_scanner}
 {back} inet n - n - - smtpd -o receive_override_options=no_header_body_checks
 {milter} inet n - n - - smtpd -o smtpd_milters=inet:127.0.0.1:{milter_peer}
 {strict} inet n - n - - smtpd -o mynetworks=
@@ -109,7 +116,7 @@ SERVICES = """
 {listed} inet n - n - - smtpd -o {{smtpd_client_restrictions=reject_rbl_client bl.test}}
 {screened} inet n - n - 1 postscreen -o postscreen_access_list= -o postscreen_greet_wait=1s
     -o postscreen_dnsbl_sites=bl.test -o postscreen_dnsbl_action=enforce
-scan unix - - n - - smtp
+scan unix - - n - - smtp -o smtp_send_xforward_command=yes
 script unix - n n - - pipe user=nobody argv=/bin/cat
 """
 
@@ -124,13 +131,15 @@ class MailWorld:
 
     def __init__(self):
         self.ports = {name: free_port() for name in (
-            "in", "filter", "back", "milter", "strict", "listed", "screened", "gone")}
+            "in", "filter", "telling_filter", "back", "milter", "strict", "listed", "screened",
+            "gone")}
         self.late = SmtpPeer()
         peers = {
             "remote": SmtpPeer({"nobody@remote.test": ["550 5.1.1 No such user"] * 2,
                                 "busy@remote.test": ["450 4.2.0 Try again"]}),
-            "lmtp": SmtpPeer(),
+            "lmtp": SmtpPeer({"later@lmtp.test": ["450 4.2.0 Try again"]}),
             "scanner": SmtpPeer(next_port=self.ports["back"]),
+            "telling_scanner": SmtpPeer(next_port=self.ports["back"], tells_origin=True),
             "milter_peer": MilterPeer("550 5.7.1 Spam"),
         }
         self.running = list(peers.values())
@@ -186,20 +195,20 @@ class MailWorld:
             yield client
 
     @staticmethod
-    def message(subject, field=OTHER_FIELD):
+    def message(subject, field):
         encoded = subject
         if not subject.isascii():
             encoded = email.header.Header(subject).encode(linesep="\r\n")
-        return (f"Subject: {encoded}\r\nMessage-ID: {message_id(subject)}\r\n{field}\r\n\r\n"
-                "Hello\r\n").encode()
+        return (f"Subject: {encoded}\r\n{field}\r\n\r\nHello\r\n").encode()
 
     def send(self, mail):
         """Gives the queue id."""
-        with self.client(mail.port) as client:
+        field = OTHER_FIELD if mail.source else f"Message-ID: {message_id(mail.subject)}"
+        with self.client(mail.port, mail.source) as client:
             client.mail(mail.sender)
             for recipient in mail.recipients:
                 client.rcpt(recipient)
-            _, reply = client.data(self.message(mail.subject))
+            _, reply = client.data(self.message(mail.subject, field))
         return reply.decode().rpartition("queued as ")[2]
 
     def be_refused(self, refusal):
@@ -289,9 +298,10 @@ class PostfixTest(unittest.TestCase):
         for subject, message, queue_id, logged_by, size, date in found:
             with self.subTest(subject):
                 if subject:
-                    self.assertEqual(message, message_id(subject))
-                    self.assertGreater(size, len(MailWorld.message(subject)))
-                    if subject not in ("filtered", "to a local alias elsewhere"):
+                    is_nameless = subject.startswith("nameless")
+                    self.assertEqual(message, "<>" if is_nameless else message_id(subject))
+                    self.assertGreater(size, len(MailWorld.message(subject, OTHER_FIELD)))
+                    if subject not in IN_QUEUE_AGAIN:
                         self.assertEqual(queue_id, self.queue_ids[subject])
                 self.assertEqual(logged_by, host)
                 self.assertTrue(self.begin <= date <= self.end, date)
@@ -320,6 +330,8 @@ class PostfixTest(unittest.TestCase):
             ("outwards", [("outwards", SEND)]),
             ("filtered", [("filtered", SEND), ("filtered", RECEIVE)]),
             ("to a local alias elsewhere", [("to a local alias elsewhere", SEND)]),
+            ("nameless and filtered", [("nameless and filtered", RECEIVE)]),
+            ("nameless and deferred", [("nameless and deferred", RESEND)]),
             ("refused elsewhere", [("", RECEIVE), ("refused elsewhere", BOUNCE)]),
         ):
             with self.subTest(subject):

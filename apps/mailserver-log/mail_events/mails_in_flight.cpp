@@ -11,6 +11,9 @@ namespace {
 // More would take memory; the others come from the file again.
 constexpr std::size_t kMostEntries = 8192;
 
+// What Postfix writes for each mail that came without one.
+constexpr std::string_view kNoMessageId = "<>";
+
 void MakeKey(std::string_view host, std::string_view id, std::string& key) {
     key.assign(host);
     key += '\0';
@@ -76,8 +79,11 @@ void MailsInFlight::AddNext(Mail& mail, std::string_view next_queue_id) {
 }
 
 Mail* MailsInFlight::SetMessageId(Mail& mail, std::string_view message_id, bool look_for_first) {
-    Mail* const first = look_for_first ? FindFirst(mail, message_id) : nullptr;
     mail.message_id = message_id;
+    if (message_id == kNoMessageId) {
+        return nullptr;
+    }
+    Mail* const first = look_for_first ? FindFirst(mail, message_id) : nullptr;
     if (first == nullptr) {
         by_message_[KeyOf(mail.host, message_id)] = mail.queue_id;
     }

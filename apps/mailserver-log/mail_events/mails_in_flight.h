@@ -46,7 +46,8 @@ class MailsInFlight {
 
     /// Gives a mail its message id.
     ///
-    /// @return the first mail in flight on its host that had this id before, null if none had
+    /// @return the first mail in flight on its host that had this id before, null if none had or
+    ///         this is the empty one
     Mail* SetMessageId(Mail& mail, std::string_view message_id, bool look_for_first);
 
     /// Calls `visit` for each mail that the file does not have as it is here: with null for one
