@@ -24,6 +24,7 @@ PROGRAM = sys.argv.pop(1)
 FOLDER = pathlib.Path("/tmp/rsyslog-test")
 SPOOL = pathlib.Path("/var/spool/@PostCube-Server/aggr_log")
 STORE = SPOOL / "admin_log.db"
+MAIL_STORE = SPOOL / "aggr_mail_log.db"
 
 
 def wait_for(condition, what):
@@ -37,9 +38,31 @@ def wait_for(condition, what):
     raise AssertionError(f"waited in vain for {what}")
 
 
+def command_of(process):
+    with contextlib.suppress(FileNotFoundError):
+        return pathlib.Path(f"/proc/{process}/cmdline").read_text()
+    return ""
+
+
 def call(user, **params):
     subprocess.run([PROGRAM, "call", "Webapi_Queue_DeleteAll", "--user", user, "--params", "-"],
                    input=json.dumps(params), text=True, check=True)
+
+
+def mail_rows():
+    """Status, recipient and subject of all rows of the mail log."""
+    if not MAIL_STORE.exists():
+        return []
+    with contextlib.closing(sqlite3.connect(MAIL_STORE, timeout=60)) as store:
+        tables = store.execute("SELECT name FROM sqlite_schema WHERE name = 'mail_log_table'")
+        return tables.fetchall() and store.execute(
+            "SELECT status, mail_to, subject FROM mail_log_table ORDER BY mail_to").fetchall()
+
+
+def log_mail(program, text):
+    syslog.openlog(f"postfix/{program}", syslog.LOG_PID, syslog.LOG_MAIL)
+    syslog.syslog(syslog.LOG_INFO, text)
+    syslog.closelog()
 
 
 def rows():
@@ -77,12 +100,13 @@ class RsyslogTest(unittest.TestCase):
         self.rsyslogd.terminate()
         self.assertEqual(self.rsyslogd.wait(), 0)
 
-    def collectors(self):
+    def collectors(self, option="collect\0--confirm"):
+        """The processes of one of the two collectors."""
         found = set()
         for file in glob.glob(f"/proc/{self.rsyslogd.pid}/task/*/children"):
             with contextlib.suppress(FileNotFoundError):
                 found.update(map(int, pathlib.Path(file).read_text().split()))
-        return found
+        return {child for child in found if option in command_of(child)}
 
     def bytes_read(self):
         """By the collector, which reads nothing while it waits for a line."""
@@ -140,6 +164,27 @@ class RsyslogTest(unittest.TestCase):
         wait_for(lambda: len(rows()) >= 3, "all rows")
         self.assertEqual([user for user, _ in rows()], ["first", "third", "fourth"])
         self.assertEqual(self.rejected(), ["second"])
+
+    def test_lines_of_the_mail_server_become_rows(self):
+        subject = "tab\tand ünï"
+        expected = []
+        for number in range(10, 40):
+            queue_id = f"4F9D1954{number}"
+            log_mail("cleanup", f"{queue_id}: warning: header Subject: {subject} from "
+                                "x[192.0.2.1]; from=<bob@example.org> to=<a@example.com> "
+                                "proto=ESMTP helo=<x>")
+            log_mail("smtp", f"{queue_id}: to=<{number}@example.com>, relay=x[192.0.2.1]:25, "
+                             "delay=1, dsn=2.0.0, status=sent (250 Ok)")
+            expected.append((0, f"{number}@example.com", subject))
+            if number % 10 == 0:
+                collector = wait_for(lambda: self.collectors("--mail"), "a collector")
+                os.kill(collector.pop(), signal.SIGKILL)
+        wait_for(lambda: len(mail_rows()) >= len(expected), "the rows")
+        self.assertEqual(mail_rows(), expected)
+        self.assertIn("status=sent", self.log("mail.log"))
+        call("admin")
+        wait_for(rows, "the row of the admin log")
+        self.assertEqual(mail_rows(), expected)
 
     @staticmethod
     def rejected():
