@@ -4,7 +4,7 @@
 
 #include "output/standard_output.h"
 #include "process/failure.h"
-#include "subcommands.h"
+#include "program.h"
 
 namespace {
 
@@ -49,24 +49,5 @@ int Run(CLI::App& program, int argc, char** argv) {
 
 int main(int argc, char** argv) {
     std::ios::sync_with_stdio(false);
-    CLI::App program(
-        "Log back end of a mail server.\n"
-        "Exit status: 0 done, 1 failed, 2 wrong usage.",
-        "mailserver-log");
-    program.set_version_flag("--version", "mailserver-log " MAILSERVER_LOG_VERSION);
-    program.require_subcommand(0, 1);
-    serverlog::program::AddCall(program);
-    serverlog::program::AddCollect(program);
-    serverlog::program::AddLoad(program);
-    serverlog::program::AddList(program);
-    serverlog::program::AddExport(program);
-    serverlog::program::AddQuery(program);
-    serverlog::program::AddStatistics(program);
-    serverlog::program::AddStats(program);
-    serverlog::program::AddTrace(program);
-    serverlog::program::AddRotate(program);
-    serverlog::program::AddArchive(program);
-    serverlog::program::AddUpgrade(program);
-    serverlog::program::AddStatus(program);
-    return Run(program, argc, argv);
+    return Run(*serverlog::program::MakeProgram(), argc, argv);
 }

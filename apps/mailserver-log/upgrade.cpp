@@ -25,7 +25,7 @@ void AddUpgrade(CLI::App& program) {
     CLI::App* upgrade =
         program.add_subcommand("upgrade", "Bring the files of the stores to this release's schema");
     AddStores(*upgrade, *names);
-    upgrade->callback([names] { RunOnStores(*names, "upgraded", Upgrade); });
+    upgrade->callback([names] { RunOnStores(OrAllStores(*names), "upgraded", Upgrade); });
 }
 
 }  // namespace serverlog::program

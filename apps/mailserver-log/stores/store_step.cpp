@@ -1,6 +1,7 @@
 #include "stores/store_step.h"
 
 #include <iostream>
+#include <utility>
 
 #include "process/failure.h"
 #include "stores/store_facts.h"
@@ -44,11 +45,12 @@ void AddStores(CLI::App& command, std::vector<std::string>& names) {
         ->check(CLI::IsMember(kAllStores));
 }
 
-void RunOnStores(std::vector<std::string> names, const std::string& done,
+std::vector<std::string> OrAllStores(std::vector<std::string> names) {
+    return names.empty() ? kAllStores : std::move(names);
+}
+
+void RunOnStores(const std::vector<std::string>& names, const std::string& done,
                  const std::function<bool(const std::string& name)>& step) {
-    if (names.empty()) {
-        names = kAllStores;
-    }
     std::vector<std::string> failed;
     for (const std::string& name : names) {
         const bool is_done = Try(step, name);

@@ -1,0 +1,62 @@
+// The configuration files and --dump-config.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "support/program.h"
+#include "support/text_file.h"
+
+namespace {
+
+using test::Program;
+using test::WriteTextFile;
+using testing::AllOf;
+using testing::AnyOf;
+using testing::HasSubstr;
+using testing::Not;
+
+const std::string kFile = "/tmp/first.conf";
+const std::string kLaterFile = "/tmp/later.conf";
+
+TEST(Configuration, TakesTheCommandLineThenTheLastFileThenTheFirst) {
+    WriteTextFile(kFile, "# ours\n[statistics]\nperiod=60\ncycles=2\n[list]\nformat=\"csv\"\n");
+    WriteTextFile(kLaterFile, "[statistics]\ncycles=3\n");
+    const Program::Result result =
+        Program::Run({"--config", kFile + "," + kLaterFile, "--dump-config", "list", "admin",
+                      "--format", "json", "--follow"});
+    EXPECT_EQ(result.status, 0) << result.error;
+    EXPECT_THAT(result.output, AllOf(HasSubstr("\nperiod=\"60\"\n"), HasSubstr("\ncycles=\"3\"\n"),
+                                     HasSubstr("\nformat=\"json\"\n"), HasSubstr("\nfollow=true\n"),
+                                     HasSubstr("\n#journal=\n")));
+    EXPECT_THAT(result.output,
+                Not(AnyOf(HasSubstr("\"csv\""), HasSubstr("#help"), HasSubstr("#STORE"))));
+
+    WriteTextFile(kFile, result.output);
+    EXPECT_EQ(Program::Run({"--config", kFile, "--dump-config"}).output, result.output)
+        << "what is written can be read";
+}
+
+TEST(Configuration, ReachesTheSubcommandThatRuns) {
+    WriteTextFile(kFile, "[trace]\nformat=csv\n");
+    const Program::Result result = Program::Run({"--config", kFile, "trace", "x"});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_THAT(result.error, HasSubstr("csv not in {table,json}"));
+}
+
+TEST(Configuration, RefusesWhatItDoesNotKnow) {
+    const char* const rows[] = {
+        "[statistics]\nperiods=60\n", "[statistic]\nperiod=60\n", "period=60\n",
+        "[statistics]\nperiod=0\n",   "[list]\nSTORE=admin\n",    "[list]\nhelp=true\n",
+    };
+    for (const char* const row : rows) {
+        WriteTextFile(kFile, row);
+        const Program::Result result = Program::Run({"--config", kFile, "status"});
+        EXPECT_EQ(result.status, 2) << row;
+        EXPECT_NE(result.error, "") << row;
+    }
+    EXPECT_EQ(Program::Run({"--config", "/tmp/none.conf", "status"}).status, 2);
+}
+
+}  // namespace
