@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs a build below a scratch folder, looks at what the library exports, and builds and runs a
-# program against it, found by CMake and by pkg-config.
+# Installs a build below a scratch folder, looks at what the library exports, and builds and runs
+# programs against it, found by CMake and by pkg-config.
 #
 #   package_test.sh BUILD-FOLDER COMPILER [FLAG...]
 set -euo pipefail
@@ -30,10 +30,14 @@ foreign=$(nm --dynamic --demangle --defined-only "$library" |
     awk '$2 !~ /[WVu]/' | grep -Ev 'serverlog::|MailLogger|runas_error' || true)
 [ -z "$foreign" ] || fail "exported, but no part of the interface: $foreign"
 
+sandbox() {
+    "$here/../../scripts/sandbox" --bind "$build" "$@"
+}
+
 # run PROGRAM: it must catch what the library throws
 run() {
     local said
-    said=$("$here/../../scripts/sandbox" --bind "$build" sh -c \
+    said=$(sandbox sh -c \
         'mkdir /var/spool/@PostCube-Server/aggr_log/admin_log.db && exec "$1"' sh "$1")
     [ "$said" = "DB bad session, path from:/var/spool/@PostCube-Server/aggr_log/admin_log.db" ] ||
         fail "$1 said: $said"
@@ -43,6 +47,9 @@ cmake -G Ninja -S "$here/consumer" -B "$scratch/by-cmake" -DCMAKE_PREFIX_PATH="$
     -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="${flags[*]}" >/dev/null
 cmake --build "$scratch/by-cmake" >/dev/null
 run "$scratch/by-cmake/consumer"
+
+said=$(sandbox "$scratch/by-cmake/example" alice@example.com bob@example.com)
+[ "$said" = $'events to bob@example.com: 1\nfrom alice@example.com' ] || fail "the example said: $said"
 
 folder=$(dirname "$library")
 export PKG_CONFIG_PATH=$folder/pkgconfig
