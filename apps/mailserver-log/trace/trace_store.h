@@ -14,7 +14,7 @@
 namespace serverlog::program {
 
 /// A store and its long-term file, open for tracing. Store is a class of stores.h. All searches see
-/// one picture of the two: a rotation that runs meanwhile hides no row and doubles none.
+/// one picture of the two, so that no row is lost or doubled by what happens between them.
 template <class Store>
 class TraceStore {
  public:
