@@ -83,7 +83,7 @@ Json::Value LogConfInfo(Json::Value const& /*params*/) {
 
 std::string WeekdayText(std::string const& member, Json::Value const& object) {
     std::string const days = GetKeyVal(object, member);
-    std::string const list = WordText(days, kDayLists);
+    std::string list = WordText(days, kDayLists);
     if (!list.empty()) {
         return list;
     }
