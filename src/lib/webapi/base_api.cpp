@@ -2,13 +2,11 @@
 #include <mero/api_request.h>
 #include <mero/api_response.h>
 
-#include <utility>
-
 namespace serverlog::webapi {
 
 std::tuple<int, Json::Value> make_output(int code, std::string reason) {
     Json::Value data;
-    data["reason"] = std::move(reason);
+    data["reason"] = reason;
     return {code, data};
 }
 
