@@ -20,11 +20,15 @@ import stat
 import subprocess
 import sys
 import threading
-import time
 import unittest
 import urllib.parse
 
 import jsonschema
+
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(pathlib.Path(__file__).parent))
+
+from waiting import wait_for
 
 PROJECT = pathlib.Path(__file__).resolve().parents[2]
 PROGRAM, ENDPOINT, ROUTES = sys.argv[1:4]
@@ -50,17 +54,6 @@ SECOND_USER = int(pathlib.Path("/proc/self/uid_map").read_text().split()[2]) > 1
 
 LIMIT_OF_QUERY = 16 << 10
 LIMIT_OF_BODY = 1 << 20
-
-
-def wait_for(condition, what):
-    """Waits for what other processes bring about; gives the condition's value."""
-    end = time.monotonic() + 60
-    while time.monotonic() < end:
-        value = condition()
-        if value:
-            return value
-        time.sleep(0.02)
-    raise AssertionError(f"waited in vain for {what}")
 
 
 def program(*arguments, text=""):

@@ -1,13 +1,15 @@
 """A real Postfix with a configuration, queue and log of its own."""
 
 import json
-import os
 import pathlib
 import shutil
 import subprocess
-import time
 
+from waiting import wait_for
+
+PROJECT = pathlib.Path(__file__).resolve().parents[2]
 FOLDER = pathlib.Path("/tmp/postfix-test")
+RSYSLOG = FOLDER / "rsyslog"
 CONFIGURATION = FOLDER / "etc"
 QUEUE = FOLDER / "queue"
 MAILBOXES = FOLDER / "mailboxes"
@@ -69,49 +71,36 @@ dnsblog   unix  - - n - 0 dnsblog
 tlsproxy  unix  - - n - 0 tlsproxy
 """
 
-RSYSLOG = f"""
-module(load="imuxsock")
-global(workDirectory="{FOLDER}")
+TRADITIONAL_LOG = f"""
 mail.* action(type="omfile" file="{FOLDER}/mail.log" template="RSYSLOG_TraditionalFileFormat")
-mail.* action(type="omfile" file="{FOLDER}/mail-3339.log" template="RSYSLOG_FileFormat")
 """
 
 
-def wait_for(condition, what, pause=0.02):
-    """Waits for what other processes bring about; gives the condition's value."""
-    end = time.monotonic() + 60
-    while time.monotonic() < end:
-        value = condition()
-        if value:
-            return value
-        time.sleep(pause)
-    raise AssertionError(f"waited in vain for {what}")
-
-
 class PostfixServer:
-    """Postfix and an rsyslogd that writes its log: with RFC 3164 stamps as `log`, with RFC 3339
-    stamps as `new_log`."""
+    """Postfix and an rsyslogd with the configuration that we ship. That hands the log to the
+    collector, and writes it with RFC 3164 stamps to `log` and with RFC 3339 stamps to `new_log`."""
 
     log = FOLDER / "mail.log"
-    new_log = FOLDER / "mail-3339.log"
+    new_log = RSYSLOG / "log/mail.log"
 
-    def __init__(self, settings, services, header_checks):
-        """settings: lines of main.cf; services: lines of master.cf; header_checks: its lines."""
+    def __init__(self, program, settings, services, header_checks):
+        """program: the collector; settings: lines of main.cf; services: lines of master.cf;
+        header_checks: its lines."""
+        self.program = program
         shutil.rmtree(FOLDER, ignore_errors=True)
-        for folder in (CONFIGURATION, QUEUE, MAILBOXES, FOLDER / "data"):
+        for folder in (CONFIGURATION, QUEUE, MAILBOXES, FOLDER / "data", RSYSLOG / "rsyslog.d"):
             folder.mkdir(parents=True)
         MAILBOXES.chmod(0o1777)
         shutil.chown(FOLDER / "data", "postfix")
         (CONFIGURATION / "main.cf").write_text(MAIN + settings)
         (CONFIGURATION / "master.cf").write_text(MASTER + services)
         (CONFIGURATION / "header_checks").write_text(header_checks)
-        (FOLDER / "rsyslog.conf").write_text(RSYSLOG)
+        (RSYSLOG / "rsyslog.d/20-traditional.conf").write_text(TRADITIONAL_LOG)
         self.processes = []
 
     def start(self):
-        self._spawn(["rsyslogd", "-n", "-f", FOLDER / "rsyslog.conf",
-                     "-i", FOLDER / "rsyslogd.pid"])
-        wait_for(lambda: os.path.exists("/dev/log"), "rsyslogd to open /dev/log")
+        self._spawn([PROJECT / "scripts/sandbox-rsyslogd", self.program, RSYSLOG])
+        wait_for(pathlib.Path("/dev/log").exists, "rsyslogd to open /dev/log")
         self._spawn(["postfix", "-c", CONFIGURATION, "start-fg"])
         # It says so when all of its services listen.
         wait_for(lambda: "daemon started" in self._logged(), "Postfix to start")

@@ -16,8 +16,12 @@ import sqlite3
 import subprocess
 import sys
 import syslog
-import time
 import unittest
+
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(pathlib.Path(__file__).parent))
+
+from waiting import wait_for
 
 PROJECT = pathlib.Path(__file__).resolve().parents[2]
 PROGRAM = sys.argv.pop(1)
@@ -25,17 +29,6 @@ FOLDER = pathlib.Path("/tmp/rsyslog-test")
 SPOOL = pathlib.Path("/var/spool/@PostCube-Server/aggr_log")
 STORE = SPOOL / "admin_log.db"
 MAIL_STORE = SPOOL / "aggr_mail_log.db"
-
-
-def wait_for(condition, what):
-    """Waits for what other processes bring about; gives the condition's value."""
-    end = time.monotonic() + 60
-    while time.monotonic() < end:
-        value = condition()
-        if value:
-            return value
-        time.sleep(0.02)
-    raise AssertionError(f"waited in vain for {what}")
 
 
 def command_of(process):
