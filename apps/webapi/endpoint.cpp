@@ -49,7 +49,8 @@ void RequireHttpMethod(const std::string& method) {
             return;
         }
     }
-    throw ApiError(kBadRequest, HttpStatus::kMethodNotAllowed, "an HTTP method that nothing takes");
+    throw ApiError(kNoPermission, HttpStatus::kMethodNotAllowed,
+                   "an HTTP method that nothing takes");
 }
 
 // The call itself has been carried out and cannot be taken back: that it is not in the log is for

@@ -241,6 +241,8 @@ class EndpointTest(unittest.TestCase):
                 self.assertEqual(reply.status, status)
                 if status == 405:
                     self.assertEqual(reply.headers["Allow"], "POST")
+                if http_method != "HEAD":
+                    self.assertEqual(reply.code(), 105)
         self.assertFalse(os.path.exists("/tmp/called"))
         self.assertEqual(self.statements(), [])
 
