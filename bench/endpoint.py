@@ -27,7 +27,7 @@ PROJECT = pathlib.Path(__file__).resolve().parents[1]
 ADDRESS = "/webapi/mailserver-log.cgi?api=MERO.PostCubeServer.Log.Mail&method=list&version=1"
 # What a page asks for: the newest rows, a later page, one status, a text, a sorted column.
 QUESTIONS = ("&limit=50", "&limit=50&offset=5000", "&limit=50&status=bounce&action=filter",
-             "&limit=50&mail_from=user7%40example.org", "&limit=50&sort_by=mail_from")
+             "&limit=50&mail_from=user77", "&limit=50&sort_by=mail_from")
 
 
 def options():
