@@ -1,4 +1,4 @@
-# Installs headers, the files for find_package and for pkg-config, and the label texts.
+# Installs headers, the files for find_package and for pkg-config, the label texts and what runs the program.
 
 include(CMakePackageConfigHelpers)
 
@@ -10,6 +10,12 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/platform/include/"
 # The mail server's packages put these where it looks for them: texts/<language> into its own texts, and
 # texts/platform/<language> into those of the system.
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/texts" DESTINATION "${CMAKE_INSTALL_DATADIR}/mailserver-log")
+
+# Those that systemd and rsyslog find by themselves when the prefix is /usr; they name the program there.
+set(packaging "${PROJECT_SOURCE_DIR}/packaging")
+install(DIRECTORY "${packaging}/systemd/system" DESTINATION "lib/systemd")
+install(DIRECTORY "${packaging}/systemd/tmpfiles.d" "${packaging}/systemd/sysusers.d" DESTINATION "lib")
+install(DIRECTORY "${packaging}/rsyslog" DESTINATION "${CMAKE_INSTALL_DATADIR}/mailserver-log")
 
 set(package_directory "${CMAKE_INSTALL_LIBDIR}/cmake/mailserver-log")
 install(EXPORT mailserver-log-targets NAMESPACE mailserver-log:: DESTINATION "${package_directory}")

@@ -20,7 +20,13 @@ rm -rf "$scratch"
 cmake --install "$build" --prefix "$prefix" >/dev/null
 library=$(find "$prefix" -name libmailserver-log.so)
 
-[ -s "$prefix/share/mailserver-log/texts/platform/ger/strings" ] || fail "the texts are not installed"
+for file in share/mailserver-log/texts/platform/ger/strings share/mailserver-log/rsyslog/10-mailserver-log.conf \
+    share/man/man8/mailserver-log-rotate.8 share/man/man5/mailserver-log.conf.5 share/man/man1/mailserver-log.1 \
+    share/bash-completion/completions/mailserver-log lib/systemd/system/mailserver-log-rotate.timer \
+    lib/systemd/system/mailserver-log-.service.d/10-hardening.conf lib/sysusers.d/mailserver-log.conf \
+    lib/tmpfiles.d/mailserver-log.conf; do
+    [ -s "$prefix/$file" ] || fail "$file is not installed"
+done
 
 soname=$(readelf --dynamic "$library" | sed -n 's/.*(SONAME).*\[\(.*\)\]/\1/p')
 [ "$soname" = libmailserver-log.so.4 ] || fail "SONAME is $soname"
