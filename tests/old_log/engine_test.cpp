@@ -4,7 +4,6 @@
 #include <mailserver/file_lock.h>
 #include <mailserver/mail_conf.h>
 #include <malloc.h>
-#include <sched.h>
 #include <sqlite3.h>
 
 #include <algorithm>
@@ -43,7 +42,6 @@ const std::string kMailMain = test::kSpool + "aggr_mail_log_main.db";
 const std::string kSecurityMain = test::kSpool + "aggr_security_log_main.db";
 const std::string kStatistic = test::kSpool + "log_statistic.db";
 const std::string kSecurityStatistic = test::kSpool + "security_statistic.db";
-const std::string kDomains = "/var/packages/PostCube-Server/etc/domains.json";
 const std::string kGarbage(8192, 'x');
 
 std::size_t OpenDescriptors() {
@@ -67,10 +65,9 @@ class Engine : public testing::Test {
         test::SetZone("UTC");
         fs::remove_all(test::kMailLock);
         fs::remove_all(test::kSecurityLock);
-        test::WriteTextFile(kDomains, R"({"domains":[{"domain_id":1,"name":"own.example"}]})");
+        test::SetDomains({"own.example"});
         now_ = LocalTime("2024-05-07 10:30:00");
-        ASSERT_EQ(mailConfSet("log_last_count_time", std::to_string(now_), false, 0), 0);
-        FakeClock::Set(now_);
+        test::BeginAt(now_);
         AddEvents("aggr_mail_log.db", std::vector<test::MailEvent>{{now_, 0, "a", "b"}});
         AddEvents("aggr_security_log.db",
                   std::vector<test::SecurityEvent>{
@@ -136,7 +133,7 @@ TEST_F(Engine, FailuresAreToldAndGiveEverythingBack) {
         {"mail log is no database",
          [] { test::WriteTextFile(test::kSpool + "aggr_mail_log.db", kGarbage); }, kTotalFails},
         {"domains cannot be read",
-         [] { test::WriteTextFile(kDomains, "["); },
+         [] { test::WriteTextFile(test::kDomainFile, "["); },
          {"Failed to load domain list.[0x004A platform/linux/mailserver/domains.cpp:"}},
     };
     for (const auto& row : rows) {
@@ -180,10 +177,7 @@ TEST_F(Engine, LongTermFileVanishesBetweenCheckAndAttach) {
         return std::to_string(count) + (test::IsFree(test::kMailLock) ? " free" : " locked") + " " +
                std::to_string(logger.getLogNumPerHour(now_ - 1800, MailStatus::Sent));
     });
-    const std::string waiter = "-> FLOCK  ADVISORY  WRITE " + std::to_string(engine.pid()) + " ";
-    while (test::ReadTextFile("/proc/locks").find(waiter) == std::string::npos) {
-        sched_yield();
-    }
+    engine.AwaitWaitForLock();
     fs::remove(kMailMain);
     ASSERT_TRUE(pscFileUnlockByFile(lock));
     EXPECT_EQ(engine.Wait(), "-1 free 1");

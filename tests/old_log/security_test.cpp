@@ -3,12 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <mailserver-log/old_log/maillogger.h>
-#include <mailserver/mail_conf.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <list>
 #include <memory>
 #include <random>
 #include <string>
@@ -30,11 +28,7 @@ using test::RunOnFile;
 using test::SecurityEvent;
 using testing::Contains;
 using testing::ElementsAre;
-using testing::EndsWith;
-using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
-using testing::StartsWith;
 
 using Rows = std::vector<std::string>;
 
@@ -43,144 +37,19 @@ const std::string kStatistic = test::kSpool + "security_statistic.db";
 const std::filesystem::path kGeoIP = "/var/packages/PostCube-Server/target/etc/geoip";
 constexpr char kLog[] = "aggr_security_log.db";
 
-void SetDomains(const Rows& names) {
-    std::string list;
-    for (const std::string& name : names) {
-        list +=
-            (list.empty() ? "" : ",") + std::string(R"({"domain_id":1,"name":")") + name + "\"}";
-    }
-    test::WriteTextFile("/var/packages/PostCube-Server/etc/domains.json",
-                        "{\"domains\":[" + list + "]}");
-}
-
 class Security : public testing::Test {
  protected:
     void SetUp() override {
         SKIP_WITHOUT_SECOND_USER();
         test::EmptySpool();
         test::SetZone("UTC");
-        SetDomains({"own.example"});
+        test::SetDomains({"own.example"});
         std::filesystem::remove_all(kGeoIP);
         std::filesystem::create_directories(kGeoIP);
     }
 
-    static void Begin(long now) {
-        ASSERT_EQ(mailConfSet("log_last_count_time", std::to_string(now), false, 0), 0);
-        FakeClock::Set(now);
-    }
-
     test::SyslogSocket syslog_;
 };
-
-std::vector<SecurityEvent> EventsOfAllKinds(long from, long until) {
-    const Rows addresses = {"Ann@OWN.example",
-                            "bob@own.example",
-                            "eve@far.example",
-                            "Eve@far.example",
-                            "x@notown.example",
-                            "y@second.example",
-                            ""};
-    const Rows types = {"spam", "content", "virus", "reject"};
-    std::vector<SecurityEvent> events;
-    for (long date = from; date < until; date += 397) {
-        const auto number = events.size();
-        events.push_back({date, types[number % 4], "192.0.2.1",
-                          addresses[number % addresses.size()],
-                          addresses[number / 3 % addresses.size()]});
-    }
-    return events;
-}
-
-TEST_F(Security, TablesAreThoseOfTheModel) {
-    const struct {
-        const char* name;
-        const char* zone;
-        Rows domains;
-        const char* from;  // of the log
-        const char* until;
-        const char* last;
-        int cycles;  // an hour apart
-        const char* rotated;
-    } rows[] = {
-        {"no domains",
-         "UTC",
-         {},
-         "2024-05-07 06:00:00",
-         "2024-05-07 12:00:00",
-         "2024-05-07 08:10:00",
-         2,
-         ""},
-        {"one domain",
-         "UTC",
-         {"own.example"},
-         "2024-05-07 06:00:00",
-         "2024-05-07 12:00:00",
-         "2024-05-07 08:10:00",
-         2,
-         ""},
-        {"two domains",
-         "America/New_York",
-         {"own.example", "second.example"},
-         "2024-05-07 18:00:00",
-         "2024-05-08 03:00:00",
-         "2024-05-07 22:10:00",
-         5,
-         ""},
-        {"half an hour from UTC",
-         "Asia/Kolkata",
-         {"own.example"},
-         "2024-05-07 18:00:00",
-         "2024-05-08 03:00:00",
-         "2024-05-07 22:10:00",
-         4,
-         ""},
-        {"day of 23 hours",
-         "Europe/Berlin",
-         {"own.example"},
-         "2024-03-30 20:00:00",
-         "2024-04-01 03:00:00",
-         "2024-03-30 22:10:00",
-         27,
-         ""},
-        {"day of 25 hours",
-         "Europe/Berlin",
-         {"own.example"},
-         "2024-10-26 20:00:00",
-         "2024-10-28 03:00:00",
-         "2024-10-26 22:10:00",
-         29,
-         ""},
-        {"rotated",
-         "Europe/Berlin",
-         {"own.example"},
-         "2024-05-06 20:00:00",
-         "2024-05-07 03:00:00",
-         "2024-05-06 22:10:00",
-         3,
-         "2024-05-07 00:30:00"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        test::EmptySpool();
-        test::SetZone(row.zone);
-        SetDomains(row.domains);
-        AddEvents(kLog, EventsOfAllKinds(LocalTime(row.from), LocalTime(row.until)));
-        if (*row.rotated != '\0') {
-            test::Rotate("security", LocalTime(row.rotated));
-        }
-        const long last = LocalTime(row.last);
-        Begin(last);
-        MailLogger logger(300);
-        std::vector<long> cycles;
-        for (int i = 0; i < row.cycles; ++i) {
-            cycles.push_back(last + 60 + i * kHour);
-            FakeClock::Set(cycles.back());
-            EXPECT_EQ(logger.securityStatistic(), 0);
-            logger.statistic();
-        }
-        EXPECT_EQ(test::StatisticRows(), test::ExpectedRows(row.zone, last, row.domains, cycles));
-    }
-}
 
 TEST_F(Security, KeepsTwentyNineDays) {
     const long now = LocalTime("2024-05-30 10:00:00");
@@ -188,7 +57,7 @@ TEST_F(Security, KeepsTwentyNineDays) {
     const std::string before = std::to_string(LocalTime("2024-05-01 00:00:00") - 1);
     const Rows tables = {"threat_overview_hour", "threat_overview_day",  "threat_origin_hour",
                          "threat_origin_day",    "blocked_address_hour", "blocked_address_day"};
-    Begin(now);
+    test::BeginAt(now);
     MailLogger logger(300);
     ASSERT_EQ(logger.securityStatistic(), 0);
     for (const std::string& table : tables) {
@@ -208,11 +77,11 @@ TEST_F(Security, ManyDomainsMakeALongStatement) {
         domains.push_back("a-rather-long-name-" + std::to_string(i) + ".example");
     }
     const long now = LocalTime("2024-05-07 10:30:00");
-    SetDomains(domains);
+    test::SetDomains(domains);
     AddEvents(kLog, std::vector<SecurityEvent>{
                         {now, "spam", "s", "x@far.example", "r@" + domains.back()},
                         {now, "spam", "s", "x@" + domains.back(), "r@" + domains.front()}});
-    Begin(now);
+    test::BeginAt(now);
     MailLogger logger(300);
     ASSERT_EQ(logger.securityStatistic(), 0);
     EXPECT_THAT(RunOnFile(kStatistic, "SELECT mail_type, count FROM threat_overview_hour"),
@@ -320,7 +189,7 @@ TEST_F(Security, CountsPlaces) {
                         Inbound(now + kHour, "192.0.2.50"),
                         Inbound(now, "198.51.100.1"),
                         {now, "spam", "192.0.2.1", "r@own.example", "x@far.example"}});
-    Begin(now);
+    test::BeginAt(now);
     MailLogger logger(300);
     ASSERT_EQ(logger.securityStatistic(), 0);
     const std::string hour = std::to_string(now - 1800);
@@ -351,7 +220,7 @@ TEST_F(Security, SavesMoreThanAHundredPlacesInBatches) {
     }
     MakePlaces(places);
     AddEvents(kLog, events);
-    Begin(now);
+    test::BeginAt(now);
     MailLogger logger(300);
     ASSERT_EQ(logger.securityStatistic(), 0);
     EXPECT_THAT(RunOnFile(kStatistic, "SELECT COUNT(*), SUM(latitude * 4) FROM threat_origin_hour"),
@@ -390,7 +259,7 @@ TEST_F(Security, CorruptPlacesAreNoPlaces) {
     };
     for (const auto& file : files) {
         test::WriteTextFile(kGeoIP / "GeoLiteCity.dat", file.content);
-        Begin(now);
+        test::BeginAt(now);
         MailLogger logger(300);
         EXPECT_EQ(logger.securityStatistic(), 0) << file.name;
         EXPECT_THAT(RunOnFile(kStatistic, "SELECT * FROM threat_origin_hour"), IsEmpty())

@@ -26,24 +26,34 @@ using Rows = std::vector<std::string>;
 
 constexpr long kHour = 3600;
 const std::string kStatistic = test::kSpool + "log_statistic.db";
-const std::string kLastCountTime = "log_last_count_time";
 
 /// Events of all kinds in every hour. In each second hour one more name stands in front, so that
 /// the lists of neighbours differ; of bounces there are two names only.
 void FillLogs(long from, long until) {
+    const Rows addresses = {"Ann@OWN.example",
+                            "bob@own.example",
+                            "eve@far.example",
+                            "Eve@far.example",
+                            "x@notown.example",
+                            "y@second.example",
+                            ""};
+    const Rows types = {"spam", "virus", "content", "virus"};
     std::vector<test::MailEvent> mails;
-    std::vector<test::SecurityEvent> rejects;
+    std::vector<test::SecurityEvent> threats;
     const auto add = [&](long hour, const std::string& name, long number) {
         for (long i = 0; i < number; ++i) {
             const long date = hour + (i * 701 + number * 13) % kHour;
             mails.push_back({date, 0, name, "to"});
             mails.push_back({date, 1, "from", name});
             mails.push_back({date, 3, name, "to"});
-            rejects.push_back({date, "reject", name, "s", "r"});
-            rejects.push_back({date, "spam", "spam", "s", "r"});
             if (number < 3) {
                 mails.push_back({date, 2, "from", name});
             }
+            const std::size_t turn = threats.size() / 2;
+            const std::string& sender = addresses[turn % addresses.size()];
+            const std::string& recipient = addresses[turn / 3 % addresses.size()];
+            threats.push_back({date, "reject", name, sender, recipient});
+            threats.push_back({date, types[turn % types.size()], "other", sender, recipient});
         }
     };
     for (long hour = from; hour < until; hour += kHour) {
@@ -55,7 +65,7 @@ void FillLogs(long from, long until) {
         }
     }
     AddEvents("aggr_mail_log.db", mails);
-    AddEvents("aggr_security_log.db", rejects);
+    AddEvents("aggr_security_log.db", threats);
 }
 
 class Traffic : public testing::Test {
@@ -64,170 +74,76 @@ class Traffic : public testing::Test {
         SKIP_WITHOUT_SECOND_USER();
         test::EmptySpool();
     }
-
-    static void SetLast(long last) {
-        ASSERT_EQ(mailConfSet(kLastCountTime, std::to_string(last), false, 0), 0);
-    }
-
-    static std::string Last() {
-        std::string value;
-        EXPECT_EQ(mailConfGet(kLastCountTime, value), 0);
-        return value;
-    }
 };
 
+// Those of the threats too: both are counted in one cycle, up to one time.
 TEST_F(Traffic, TablesAreThoseOfTheModel) {
+    constexpr char kBerlin[] = "Europe/Berlin";
     const struct {
         const char* name;
         const char* zone;
-        const char* from;  // of the log
-        const char* until;
-        const char* last;
-        Rows cycles;  // in local time
-        long repeat;  // so many more cycles, an hour apart, behind the last
-        const char* rotated;
+        int domains;  // of the server's own
+        std::string last;
+        std::vector<long> cycles;  // in minutes after `last`
+        long repeat;               // so many more cycles, an hour apart, behind the last
+        long rotated;              // in minutes after `last`; 0: never
     } rows[] = {
-        {"first run",
+        {"first run", "UTC", 1, "2024-05-07 10:20:00", {5}, 0, 0},
+        {"no domains", "UTC", 0, "2024-05-07 08:10:00", {1}, 1, 0},
+        {"on the hour nothing is counted", "UTC", 1, "2024-05-07 10:00:00", {0}, 0, 0},
+        {"hour is final after its end", "UTC", 1, "2024-05-07 10:10:00", {5, 45, 55, 110}, 0, 0},
+        {"hours caught up share the first one's lists",
          "UTC",
-         "2024-05-07 08:00:00",
-         "2024-05-07 12:00:00",
-         "2024-05-07 10:20:00",
-         {"2024-05-07 10:25:00"},
-         0,
-         ""},
-        {"on the hour nothing is counted",
-         "UTC",
-         "2024-05-07 08:00:00",
-         "2024-05-07 12:00:00",
-         "2024-05-07 10:00:00",
-         {"2024-05-07 10:00:00"},
-         0,
-         ""},
-        {"an hour becomes final after its end",
-         "UTC",
-         "2024-05-07 08:00:00",
-         "2024-05-07 14:00:00",
-         "2024-05-07 10:10:00",
-         {"2024-05-07 10:15:00", "2024-05-07 10:55:00", "2024-05-07 11:05:00",
-          "2024-05-07 12:00:00"},
-         0,
-         ""},
-        {"hours that are caught up show the lists of the first",
-         "UTC",
-         "2024-05-07 06:00:00",
-         "2024-05-07 14:00:00",
+         1,
          "2024-05-07 09:30:00",
-         {"2024-05-07 12:30:00"},
+         {180},
          0,
-         ""},
-        {"twelve hours are caught up",
-         "UTC",
-         "2024-05-07 00:00:00",
-         "2024-05-08 14:00:00",
-         "2024-05-07 23:30:00",
-         {"2024-05-08 10:30:00"},
-         1,
-         ""},
-        {"of more hours the last twelve",
-         "UTC",
-         "2024-05-07 00:00:00",
-         "2024-05-08 14:00:00",
-         "2024-05-07 08:45:00",
-         {"2024-05-08 10:30:00"},
-         1,
-         ""},
-        {"day of 23 hours",
-         "Europe/Berlin",
-         "2024-03-30 22:00:00",
-         "2024-04-01 03:00:00",
-         "2024-03-30 22:30:00",
-         {"2024-03-30 22:40:00"},
-         27,
-         ""},
-        {"day of 25 hours",
-         "Europe/Berlin",
-         "2024-10-26 22:00:00",
-         "2024-10-28 03:00:00",
-         "2024-10-26 22:30:00",
-         {"2024-10-26 22:40:00"},
-         28,
-         ""},
-        {"half an hour from UTC",
-         "Asia/Kolkata",
-         "2024-05-07 20:00:00",
-         "2024-05-08 03:00:00",
-         "2024-05-07 21:10:00",
-         {"2024-05-07 21:10:10"},
-         5,
-         ""},
-        {"end of a month of 31 days",
-         "Europe/Berlin",
-         "2024-01-31 20:00:00",
-         "2024-02-01 03:00:00",
-         "2024-01-31 20:10:00",
-         {"2024-01-31 20:20:00"},
-         6,
-         ""},
-        {"end of a year",
-         "Europe/Berlin",
-         "2024-12-31 20:00:00",
-         "2025-01-01 03:00:00",
-         "2024-12-31 20:10:00",
-         {"2024-12-31 20:20:00"},
-         6,
-         ""},
-        {"leap day",
-         "Europe/Berlin",
-         "2024-02-28 22:00:00",
-         "2024-03-01 03:00:00",
-         "2024-02-28 22:10:00",
-         {"2024-02-28 22:20:00"},
-         27,
-         ""},
-        {"a week begins",
-         "America/New_York",
-         "2024-05-05 20:00:00",
-         "2024-05-06 03:00:00",
-         "2024-05-05 20:10:00",
-         {"2024-05-05 20:20:00"},
-         6,
-         ""},
-        {"rotated in between",
-         "Europe/Berlin",
-         "2024-05-06 20:00:00",
-         "2024-05-07 03:00:00",
-         "2024-05-06 20:10:00",
-         {"2024-05-06 20:20:00", "2024-05-06 22:20:00"},
-         3,
-         "2024-05-06 23:00:00"},
+         0},
+        {"twelve hours are caught up", "UTC", 1, "2024-05-07 23:30:00", {660}, 1, 0},
+        {"of more hours the last twelve", "UTC", 1, "2024-05-07 08:45:00", {1545}, 1, 0},
+        {"day of 23 hours", kBerlin, 1, "2024-03-30 22:30:00", {10}, 27, 0},
+        {"day of 25 hours", kBerlin, 1, "2024-10-26 22:30:00", {10}, 28, 0},
+        {"half an hour from UTC", "Asia/Kolkata", 1, "2024-05-07 21:10:00", {1}, 5, 0},
+        {"end of a month of 31 days", kBerlin, 1, "2024-01-31 20:10:00", {10}, 6, 0},
+        {"end of a year", kBerlin, 1, "2024-12-31 20:10:00", {10}, 6, 0},
+        {"leap day", kBerlin, 1, "2024-02-28 22:10:00", {10}, 27, 0},
+        {"week begins, two domains", "America/New_York", 2, "2024-05-05 20:10:00", {10}, 6, 0},
+        {"rotated in between", kBerlin, 1, "2024-05-06 20:10:00", {10, 130}, 3, 170},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         test::EmptySpool();
         test::SetZone(row.zone);
-        FillLogs(LocalTime(row.from), LocalTime(row.until));
+        Rows domains = {"own.example", "second.example"};
+        domains.resize(static_cast<std::size_t>(row.domains));
+        test::SetDomains(domains);
+        const long last = LocalTime(row.last);
         std::vector<long> cycles;
-        for (const std::string& time : row.cycles) {
-            cycles.push_back(LocalTime(time));
+        for (const long minutes : row.cycles) {
+            cycles.push_back(last + minutes * 60);
         }
         for (long i = 0; i < row.repeat; ++i) {
             cycles.push_back(cycles.back() + kHour);
         }
-        if (*row.rotated != '\0') {
+        FillLogs(LocalTime(row.last.substr(0, 13) + ":00:00") - 3 * kHour,
+                 cycles.back() + 2 * kHour);
+        if (row.rotated != 0) {
             for (const std::string log : {"mail", "security"}) {
-                test::Rotate(log, LocalTime(row.rotated));
+                test::Rotate(log, last + row.rotated * 60);
             }
         }
-        SetLast(LocalTime(row.last));
+        test::BeginAt(last);
         FakeClock::Set(cycles.front());
         MailLogger logger(300);
         for (const long now : cycles) {
             FakeClock::Set(now);
+            EXPECT_EQ(logger.securityStatistic(), 0);
             logger.statistic();
-            ASSERT_EQ(Last(), std::to_string(now));
+            std::string counted;
+            ASSERT_EQ(mailConfGet(test::kLastCountTime, counted), 0);
+            ASSERT_EQ(counted, std::to_string(now));
         }
-        EXPECT_EQ(test::StatisticRows(),
-                  test::ExpectedRows(row.zone, LocalTime(row.last), {}, cycles));
+        EXPECT_EQ(test::StatisticRows(), test::ExpectedRows(row.zone, last, domains, cycles));
     }
 }
 
@@ -297,7 +213,7 @@ TEST_F(Traffic, BeginsWhereItEndedUnlessThatIsNoTime) {
     };
     for (const auto& row : rows) {
         test::EmptySpool();
-        ASSERT_EQ(mailConfSet(kLastCountTime, row.setting, false, 0), 0);
+        ASSERT_EQ(mailConfSet(test::kLastCountTime, row.setting, false, 0), 0);
         FakeClock::Set(now);
         MailLogger logger(300);
         EXPECT_EQ(logger.error(), 0) << row.name;

@@ -1,6 +1,7 @@
 #include "support/child.h"
 
 #include <linux/capability.h>
+#include <sched.h>
 #include <signal.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -9,6 +10,8 @@
 #include <cerrno>
 #include <exception>
 #include <system_error>
+
+#include "support/text_file.h"
 
 namespace test {
 
@@ -65,6 +68,13 @@ std::string Child::Wait() {
     Check(waitpid(pid_, &status, 0) == pid_, "waitpid");
     pid_ = -1;
     return WIFSIGNALED(status) ? "killed by signal " + std::to_string(WTERMSIG(status)) : text;
+}
+
+void Child::AwaitWaitForLock() const {
+    const std::string waiter = "-> FLOCK  ADVISORY  WRITE " + std::to_string(pid_) + " ";
+    while (ReadTextFile("/proc/locks").find(waiter) == std::string::npos) {
+        sched_yield();
+    }
 }
 
 std::string InChild(const std::function<std::string()>& work) {

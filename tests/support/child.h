@@ -24,6 +24,9 @@ class Child {
     /// killed. To be called once.
     std::string Wait();
 
+    /// Returns once the child waits for the lock of a file (flock(2)) that another process holds.
+    void AwaitWaitForLock() const;
+
     pid_t pid() const { return pid_; }
 
  private:

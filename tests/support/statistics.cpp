@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <mailserver/file_lock.h>
+#include <mailserver/mail_conf.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -13,8 +14,11 @@
 #include <stdexcept>
 
 #include "old_log/create_scripts.h"
+#include "support/fake_clock.h"
+#include "support/json_value.h"
 #include "support/spool.h"
 #include "support/sqlite_file.h"
+#include "support/text_file.h"
 
 namespace test {
 
@@ -66,6 +70,24 @@ long LocalTime(const std::string& text) {
 void SetZone(const std::string& name) {
     setenv("TZ", name.c_str(), 1);
     tzset();
+}
+
+void BeginAt(long time) {
+    if (mailConfSet(kLastCountTime, std::to_string(time), false, 0) != 0) {
+        throw std::runtime_error("cannot set the time up to which was counted");
+    }
+    FakeClock::Set(time);
+}
+
+void SetDomains(const std::vector<std::string>& names) {
+    Json::Value file;
+    file["domains"] = Json::arrayValue;
+    for (const std::string& name : names) {
+        Json::Value& domain = file["domains"].append(Json::Value());
+        domain["domain_id"] = 1;
+        domain["name"] = name;
+    }
+    WriteTextFile(kDomainFile, TextOf(file));
 }
 
 void AddEvents(const std::string& name, const std::vector<MailEvent>& events) {

@@ -16,6 +16,17 @@ long LocalTime(const std::string& text);
 /// Sets the time zone of the process.
 void SetZone(const std::string& name);
 
+/// The setting that holds the time up to which was counted.
+inline constexpr char kLastCountTime[] = "log_last_count_time";
+
+/// Sets the clock, and that all was counted up to then.
+void BeginAt(long time);
+
+inline constexpr char kDomainFile[] = "/var/packages/PostCube-Server/etc/domains.json";
+
+/// Sets the server's own domains.
+void SetDomains(const std::vector<std::string>& names);
+
 /// A row of the mail log.
 struct MailEvent {
     long date;
