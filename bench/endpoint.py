@@ -4,7 +4,9 @@
 usage: bench/endpoint.py [--rows N] [--rate N] [--parallel N] [--requests N] [BUILD]
 
 Fifty clients at once list pages of the mail log behind a real lighttpd, each one request after the
-other, while rows are loaded at a steady rate. Prints the median, the 95th and the 99th percentile.
+other, while rows are loaded at a steady rate. Prints, for each kind of page, the median, the 95th and
+the 99th percentile, and the CPU time that the server takes for a request, which says something on a
+busy machine too.
 BUILD is a build folder with the program and the endpoint [build/release].
 """
 
@@ -15,7 +17,7 @@ import http.client
 import json
 import os
 import pathlib
-import random
+import resource
 import socket
 import subprocess
 import sys
@@ -25,9 +27,13 @@ import time
 
 PROJECT = pathlib.Path(__file__).resolve().parents[1]
 ADDRESS = "/webapi/mailserver-log.cgi?api=MERO.PostCubeServer.Log.Mail&method=list&version=1"
-# What a page asks for: the newest rows, a later page, one status, a text, a sorted column.
-QUESTIONS = ("&limit=50", "&limit=50&offset=5000", "&limit=50&status=bounce&action=filter",
-             "&limit=50&mail_from=user77", "&limit=50&sort_by=mail_from")
+QUESTIONS = {
+    "newest rows": "&limit=50",
+    "a later page": "&limit=50&offset=5000",
+    "sorted by sender": "&limit=50&sort_by=mail_from",
+    "a part of a sender": "&limit=50&mail_from=user77",
+    "one status": "&limit=50&status=bounce",
+}
 
 
 def options():
@@ -35,7 +41,7 @@ def options():
     parser.add_argument("--rows", type=int, default=200000)
     parser.add_argument("--rate", type=int, default=1000)
     parser.add_argument("--parallel", type=int, default=50)
-    parser.add_argument("--requests", type=int, default=1000)
+    parser.add_argument("--requests", type=int, default=500, help="of each kind")
     parser.add_argument("build", nargs="?", default=str(PROJECT / "build/release"))
     return parser.parse_args()
 
@@ -79,9 +85,9 @@ class Loader(threading.Thread):
 
 
 class Client(threading.Thread):
-    def __init__(self, port, count, seed):
+    def __init__(self, port, question, count):
         super().__init__()
-        self.port, self.count, self.random = port, count, random.Random(seed)
+        self.port, self.question, self.count = port, question, count
         self.times, self.failures = [], 0
 
     def run(self):
@@ -89,7 +95,7 @@ class Client(threading.Thread):
         for _ in range(self.count):
             begin = time.monotonic()
             with contextlib.closing(http.client.HTTPConnection("127.0.0.1", self.port)) as server:
-                server.request("GET", ADDRESS + self.random.choice(QUESTIONS), headers=login)
+                server.request("GET", ADDRESS + self.question, headers=login)
                 response = server.getresponse()
                 body = json.loads(response.read())
             self.times.append(time.monotonic() - begin)
@@ -101,12 +107,34 @@ def start_server(endpoint):
         probe.bind(("127.0.0.1", 0))
         port = probe.getsockname()[1]
     server = subprocess.Popen([PROJECT / "scripts/sandbox-lighttpd", endpoint, "/tmp/bench",
-                               str(port)])
+                               str(port)], stderr=subprocess.DEVNULL)
     while server.poll() is None:
         with contextlib.suppress(ConnectionRefusedError):
             socket.create_connection(("127.0.0.1", port)).close()
             return server, port
     sys.exit("endpoint.py: lighttpd does not start")
+
+
+def cpu_seconds():
+    """Of all children that have been waited for, with theirs."""
+    usage = resource.getrusage(resource.RUSAGE_CHILDREN)
+    return usage.ru_utime + usage.ru_stime
+
+
+def ask(endpoint, question, chosen):
+    """Asks one kind of question; gives the times of all requests, the failures and the CPU time."""
+    server, port = start_server(endpoint)
+    clients = [Client(port, question, chosen.requests // chosen.parallel)
+               for _ in range(chosen.parallel)]
+    for client in clients:
+        client.start()
+    for client in clients:
+        client.join()
+    before = cpu_seconds()
+    server.terminate()
+    server.wait()
+    return (sorted(time for client in clients for time in client.times),
+            sum(client.failures for client in clients), cpu_seconds() - before)
 
 
 def main():
@@ -127,27 +155,19 @@ def main():
     subprocess.run([program, "load", "mail"], input=rows, text=True, check=True,
                    stderr=subprocess.DEVNULL)
 
-    server, port = start_server(endpoint)
     loader = Loader(program, chosen.rate)
-    clients = [Client(port, chosen.requests // chosen.parallel, seed)
-               for seed in range(chosen.parallel)]
+    loader.start()
     begin = time.monotonic()
-    for thread in (loader, *clients):
-        thread.start()
-    for client in clients:
-        client.join()
-    seconds = time.monotonic() - begin
+    for name, question in QUESTIONS.items():
+        times, failures, cpu = ask(endpoint, question, chosen)
+        median, p95, p99 = (1000 * times[len(times) * part // 100] for part in (50, 95, 99))
+        print(f"{name}: {len(times)} requests, {chosen.parallel} at once, {failures} failed, "
+              f"median {median:.0f} ms, p95 {p95:.0f} ms, p99 {p99:.0f} ms, "
+              f"CPU {1000 * cpu / len(times):.0f} ms a request", flush=True)
+    rate = loader.loaded / (time.monotonic() - begin)
     loader.stopped.set()
     loader.join()
-    server.terminate()
-    server.wait()
-
-    times = sorted(time for client in clients for time in client.times)
-    median, p95, p99 = (1000 * times[len(times) * part // 100] for part in (50, 95, 99))
-    print(f"{chosen.rows} rows, {loader.loaded / seconds:.0f} more a second, {len(times)} requests, "
-          f"{chosen.parallel} at once: {sum(client.failures for client in clients)} failed, "
-          f"{len(times) / seconds:.0f} a second, median {median:.0f} ms, p95 {p95:.0f} ms, "
-          f"p99 {p99:.0f} ms")
+    print(f"{chosen.rows} rows at the beginning, {rate:.0f} more a second")
 
 
 if __name__ == "__main__":
