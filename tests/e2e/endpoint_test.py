@@ -1,8 +1,7 @@
 #!/usr/bin/python3 -I
 """The management endpoint behind a real lighttpd with the configuration that we ship.
 
-Runs in the sandbox. Its arguments are the program, the endpoint, and the tool that prints what the
-endpoint offers.
+Runs in the sandbox. Its arguments are the program and the endpoint.
 """
 
 import base64
@@ -31,8 +30,8 @@ sys.path.insert(0, str(pathlib.Path(__file__).parent))
 from waiting import wait_for
 
 PROJECT = pathlib.Path(__file__).resolve().parents[2]
-PROGRAM, ENDPOINT, ROUTES = sys.argv[1:4]
-del sys.argv[1:4]
+PROGRAM, ENDPOINT = sys.argv[1:3]
+del sys.argv[1:3]
 FOLDER = pathlib.Path("/tmp/endpoint-test")
 PACKAGE = pathlib.Path("/var/packages/PostCube-Server")
 HANDLERS = PACKAGE / "target/webapi"
@@ -502,20 +501,15 @@ class EndpointTest(unittest.TestCase):
 
     # ---- The document ----
 
-    def test_the_document_tells_what_there_is(self):
-        routes = json.loads(subprocess.run([ROUTES], check=True, capture_output=True).stdout)
-        told = [{name: row[name] for name in routes[0]} for row in DOCUMENT["x-methods"]]
-        self.assertEqual(told, routes)
-        self.assertEqual(len(METHODS), len(routes), "each name once")
-        for row in DOCUMENT["x-methods"]:
-            self.assertIn(row["reply"], DOCUMENT["components"]["schemas"], row)
-            self.assertIn(row["params"], DOCUMENT["components"]["schemas"], row)
-            jsonschema.Draft202012Validator.check_schema(schema(row["reply"]))
-        for name in ("api", "method"):
-            self.assertEqual(DOCUMENT["components"]["schemas"]["Call"]["properties"][name]["enum"],
-                             sorted({row[name] for row in routes}))
-        operations = {row["operation"] for row in routes if row["operation"]}
-        self.assertEqual(len(operations), sum(1 for row in routes if row["operation"]))
+    def test_each_method_of_the_document_has_one_name_and_schemas(self):
+        rows = DOCUMENT["x-methods"]
+        self.assertEqual(len(METHODS), len(rows))
+        operations = [row["operation"] for row in rows if row["operation"]]
+        self.assertEqual(len(set(operations)), len(operations))
+        for row in rows:
+            for name in (row["params"], row["reply"]):
+                jsonschema.Draft202012Validator.check_schema(
+                    DOCUMENT["components"]["schemas"][name])
 
 
 if __name__ == "__main__":

@@ -1,4 +1,4 @@
-// Prints what the endpoint offers as JSON, for the tests of it.
+// Prints what the endpoint offers as JSON, for scripts/openapi-methods.
 
 #include <iostream>
 
