@@ -46,6 +46,11 @@ constexpr Failure kFailures[] = {
     {MERO::APIRunner::kHandlerFailed, kFailed, HttpStatus::kBadGateway},
     {MERO::APIRunner::kTimedOut, kFailed, HttpStatus::kGatewayTimeout},
     {webapi::kRunFailed, webapi::kRunFailed, HttpStatus::kInternalServerError},
+    // Handlers use these codes for the same.
+    {kNoSuchApi, kNoSuchApi, HttpStatus::kNotFound},
+    {kNoSuchMethod, kNoSuchMethod, HttpStatus::kNotFound},
+    {kNoSuchVersion, kNoSuchVersion, HttpStatus::kNotFound},
+    {kNoPermission, kNoPermission, HttpStatus::kForbidden},
 };
 
 // A code that is no one else's is the handler's own: it has understood the call and refuses it.

@@ -479,6 +479,7 @@ class EndpointTest(unittest.TestCase):
         secret = 'echo \'{"success":false,"error":{"code":7,"why":"secret"},"inside":"secret"}\''
         for name, script, status, code in (
                 ("is missing", None, 404, 102), ("fails", secret, 422, 7),
+                ("lacks the method", secret.replace("7", "103"), 404, 103),
                 ("prints garbage", "echo secret", 502, 100), ("prints nothing", "", 502, 100),
                 ("prints another value", "echo '[true]'", 502, 100),
                 ("dies", 'echo \'{"success":true}\'; kill -9 $$', 502, 100),
