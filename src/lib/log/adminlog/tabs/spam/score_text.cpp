@@ -40,7 +40,7 @@ std::optional<double> Number(std::string const& text) {
 }  // namespace
 
 std::string ScoreText(std::string const& member, Json::Value const& object) {
-    std::string const text = NumberText(member, object);
+    std::string text = NumberText(member, object);
     std::optional<double> const score = Number(text);
     for (Level const& level : kLevels) {
         if (score && member == level.setting && *score == *Number(level.score)) {
