@@ -1,6 +1,7 @@
 #include "support/operation_fixture.h"
 
 #include "support/text_file.h"
+#include "support/time_zone.h"
 
 #include "utils/json_text.h"
 
@@ -14,8 +15,6 @@
 
 #include <syslog.h>
 
-#include <cstdlib>
-#include <ctime>
 #include <filesystem>
 #include <set>
 #include <stdexcept>
@@ -102,8 +101,7 @@ OperationTest::OperationTest() {
     WriteTextFile(kDomains, R"({"domains":[{"domain_id":1,"name":"example.com"}]})");
     mailConfSet("cluster_host_ip", "192.0.2.1", false, 0);
     mailConfSet("cluster_host_interface", "eth0", false, 0);
-    setenv("TZ", "UTC", 1);
-    tzset();
+    SetZone("UTC");
 }
 
 OperationResult OperationTest::Run(OperationCall const& call) {

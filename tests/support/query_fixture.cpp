@@ -1,17 +1,14 @@
 #include "support/query_fixture.h"
 
-#include <stdlib.h>
-#include <time.h>
-
 #include <filesystem>
 
 #include "support/spool.h"
+#include "support/time_zone.h"
 
 namespace test {
 
 QueryTest::QueryTest() {
-    setenv("TZ", "UTC", 1);
-    tzset();
+    SetZone("UTC");
     EmptySpool();
     for (const char* path :
          {"/var/packages/PostCube-Server/target/app/texts/enu",

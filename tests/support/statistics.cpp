@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <ctime>
 #include <filesystem>
 #include <sstream>
@@ -65,11 +64,6 @@ long LocalTime(const std::string& text) {
     }
     fields.tm_isdst = -1;
     return std::mktime(&fields);
-}
-
-void SetZone(const std::string& name) {
-    setenv("TZ", name.c_str(), 1);
-    tzset();
 }
 
 void BeginAt(long time) {

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "support/time_zone.h"
+
 namespace test {
 
 // For tests of the statistics engine.
@@ -12,9 +14,6 @@ namespace test {
 /// Seconds since the epoch of "2024-03-31 01:30:00" in the time zone of the process; of an hour
 /// that the clocks repeat, the first pass.
 long LocalTime(const std::string& text);
-
-/// Sets the time zone of the process.
-void SetZone(const std::string& name);
 
 /// The setting that holds the time up to which was counted.
 inline constexpr char kLastCountTime[] = "log_last_count_time";

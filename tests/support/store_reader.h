@@ -3,6 +3,7 @@
 #include <string>
 
 #include "support/child.h"
+#include "support/signpost.h"
 
 namespace test {
 
@@ -19,22 +20,8 @@ class StoreReader {
     std::string Finish();
 
  private:
-    class Pipe {
-     public:
-        Pipe();
-        ~Pipe();
-        Pipe(const Pipe&) = delete;
-        Pipe& operator=(const Pipe&) = delete;
-
-        void Pass() const;
-        void Await() const;
-
-     private:
-        int ends_[2];
-    };
-
-    Pipe started_;
-    Pipe finish_;
+    Signpost started_;
+    Signpost finish_;
     Child child_;
 };
 

@@ -73,7 +73,6 @@ void SyslogSocket::Drain() {
             return;
         }
         datagrams_.push_back(buffer.substr(0, static_cast<std::size_t>(size)));
-        arrived_.notify_all();
     }
 }
 
@@ -105,11 +104,6 @@ std::vector<std::string> SyslogSocket::TakeErrors() {
         texts.push_back(std::regex_replace(text, location, ""));
     }
     return texts;
-}
-
-bool SyslogSocket::Wait(std::chrono::milliseconds limit) {
-    std::unique_lock<std::mutex> lock(mutex_);
-    return arrived_.wait_for(lock, limit, [this] { return !datagrams_.empty(); });
 }
 
 }  // namespace test

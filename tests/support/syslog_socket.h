@@ -1,7 +1,5 @@
 #pragma once
 
-#include <chrono>
-#include <condition_variable>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -36,16 +34,12 @@ class SyslogSocket {
     /// Take() reduced to the error lines (facility mail, severity error) without "<path>:<line> ".
     std::vector<std::string> TakeErrors();
 
-    /// Waits until a line arrives, which stays to be taken; false when none does in time.
-    bool Wait(std::chrono::milliseconds limit);
-
  private:
     void Receive();
     void Drain();
 
     int descriptor_;
     std::mutex mutex_;
-    std::condition_variable arrived_;
     std::vector<std::string> datagrams_;
     // The kernel keeps but a few datagrams (net.unix.max_dgram_qlen), and syslog(3) waits for room.
     std::thread receiver_;

@@ -89,13 +89,6 @@ TEST_F(Handler, ListsRunAsAWholeOrUpToTheFailure) {
     EXPECT_EQ(handler_.exeCmds(SQLCmd(), true), 0);
 }
 
-TEST_F(Handler, AttachesButMakesNoOtherFile) {
-    ASSERT_EQ(handler_.connect(), 0);
-    EXPECT_EQ(handler_.exeCmds(Commands({"ATTACH '/tmp/missing.db' AS other"}), false),
-              SQLITE_CANTOPEN);
-    EXPECT_FALSE(std::filesystem::exists("/tmp/missing.db"));
-}
-
 TEST_F(Handler, WaitsForABusyFileAsLongAsTold) {
     DBHandler writer(kPath, kScript);
     ASSERT_EQ(writer.connect(), 0);

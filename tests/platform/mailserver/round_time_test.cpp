@@ -1,16 +1,12 @@
 #include <gtest/gtest.h>
 #include <mailserver/round_time.h>
 
-#include <cstdlib>
 #include <ctime>
 #include <string>
 
-namespace {
+#include "support/time_zone.h"
 
-void SetZone(const char* zone) {
-    setenv("TZ", zone, 1);
-    tzset();
-}
+namespace {
 
 // Reads "2024-03-31 03:30:00 +0200".
 long Seconds(const std::string& text) {
@@ -78,7 +74,7 @@ TEST(GetRoundTime, StartOfThePeriod) {
          "2024-02-01 00:00:00 +0100"},
     };
     for (const auto& row : rows) {
-        SetZone(row.zone);
+        test::SetZone(row.zone);
         const long start = getRoundTime(Seconds(row.time), row.interval);
         EXPECT_EQ(Text(start), row.start) << row.name;
     }
@@ -98,7 +94,7 @@ TEST(GetNextMonthStartTime, FirstMomentOfTheNextMonth) {
         {"America/Sao_Paulo", "1985-10-15 00:00:00 -0300", "1985-11-01 00:00:00 -0300"},
     };
     for (const auto& row : rows) {
-        SetZone(row.zone);
+        test::SetZone(row.zone);
         EXPECT_EQ(Text(getNextMonthStartTime(Seconds(row.time))), row.start) << row.time;
     }
 }

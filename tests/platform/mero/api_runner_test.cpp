@@ -11,16 +11,17 @@
 
 #include <chrono>
 #include <filesystem>
-#include <sstream>
 #include <thread>
 
 #include "support/child.h"
+#include "support/json_value.h"
 #include "support/syslog_socket.h"
 #include "support/text_file.h"
 
 namespace {
 
 using MERO::APIRunner;
+using test::JsonOf;
 using testing::HasSubstr;
 
 constexpr char kApi[] = "MERO.Test";
@@ -37,14 +38,8 @@ Json::Value Call(const char* api = kApi, const Json::Value& params = Json::objec
     return response;
 }
 
-Json::Value Parsed(const std::string& text) {
-    Json::Value value;
-    std::istringstream(text) >> value;
-    return value;
-}
-
 Json::Value Failure(int code) {
-    return Parsed(R"({"success":false,"error":{"code":)" + std::to_string(code) + "}}");
+    return JsonOf(R"({"success":false,"error":{"code":)" + std::to_string(code) + "}}");
 }
 
 std::size_t OpenFiles() {
@@ -61,7 +56,7 @@ TEST(APIRunner, HandlerOfTheProcessComesFirst) {
         response["data"] = method + std::to_string(version) + params["a"].asString() + user;
         return response;
     });
-    EXPECT_EQ(Call(kApi, Parsed(R"({"a":"b"})"))["data"], "get3badmin");
+    EXPECT_EQ(Call(kApi, JsonOf(R"({"a":"b"})"))["data"], "get3badmin");
 
     APIRunner::Register(kApi, [](auto&&...) -> Json::Value { throw std::runtime_error("no"); });
     EXPECT_EQ(Call(), Failure(APIRunner::kHandlerFailed));
@@ -82,7 +77,7 @@ TEST(APIRunner, ExecutableGetsTheCallAndNothingElse) {
             "$(tr '\0' '\n' </proc/self/environ | grep -cv '^PATH=\|^LANG=\|^PWD=')" "$PWD" \
             "$(ls /proc/$$/fd | grep -c 50)"
     )sh");
-    const Json::Value params = Parsed(R"({"name":"q\"ü' $HOME","list":[1,null]})");
+    const Json::Value params = JsonOf(R"({"name":"q\"ü' $HOME","list":[1,null]})");
     const Json::Value data = Call(kApi, params)["data"];
     EXPECT_EQ(data["arguments"], "get 3 admin");
     EXPECT_EQ(data["input"], params);
@@ -96,7 +91,7 @@ TEST(APIRunner, ExecutableGetsTheCallAndNothingElse) {
 TEST(APIRunner, OwnFailureOfTheAPIIsPassedOn) {
     const std::string own = R"({"success":false,"error":{"code":408,"errors":{"line":1}}})";
     Install("echo '" + own + "'");
-    EXPECT_EQ(Call(), Parsed(own));
+    EXPECT_EQ(Call(), JsonOf(own));
 }
 
 TEST(APIRunner, FailingExecutables) {
@@ -156,7 +151,7 @@ TEST(APIRunner, ExecutableThatTakesTooLongIsKilledWithItsChildren) {
     EXPECT_GE(taken, std::chrono::seconds(APIRunner::kTimeLimitSeconds));
     EXPECT_LT(taken, std::chrono::seconds(2 * APIRunner::kTimeLimitSeconds));
     // Gone, or dead and waiting for the sandbox's first process; the kernel may take its time.
-    const std::string status = "/proc/" + Parsed(test::ReadTextFile("/tmp/grandchild")).asString();
+    const std::string status = "/proc/" + JsonOf(test::ReadTextFile("/tmp/grandchild")).asString();
     while (std::filesystem::exists(status) &&
            test::ReadTextFile(status + "/stat").find(") Z ") == std::string::npos) {
         sched_yield();
@@ -172,7 +167,7 @@ TEST(APIRunner, DoesNotWaitForWhatTheExecutableLeavesRunning) {
 
 TEST(APIRunner, OddCallers) {
     Install("cat\n");
-    const auto run = [] { return Call(kApi, Parsed(R"({"success":true})"))["success"].asString(); };
+    const auto run = [] { return Call(kApi, JsonOf(R"({"success":true})"))["success"].asString(); };
     EXPECT_EQ(test::InChild([&] {
                   close(STDIN_FILENO);
                   close(STDOUT_FILENO);
@@ -186,14 +181,11 @@ TEST(APIRunner, OddCallers) {
               "true");
     Install(R"(echo "{\"success\":true,\"data\":\"$(id -ru) $(id -rg)\"}")");
     SKIP_WITHOUT_SECOND_USER();
-    EXPECT_EQ(
-        test::InChild([] {
-            if (setresgid(test::kOtherUser, 0, 0) != 0 || setresuid(test::kOtherUser, 0, 0) != 0) {
-                return std::string("cannot switch");
-            }
-            return Call()["data"].asString();
-        }),
-        "0 0");
+    EXPECT_EQ(test::InChild([] {
+                  test::SetIds({test::kOtherUser, 0, 0}, {test::kOtherUser, 0, 0});
+                  return Call()["data"].asString();
+              }),
+              "0 0");
 }
 
 TEST(APIRunner, ThreadsAtOnce) {

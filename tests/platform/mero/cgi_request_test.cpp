@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 #include <mero/cgi_request.h>
 #include <mero/cgi_request_error.h>
-#include <stdlib.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -169,13 +168,6 @@ TEST(CgiRequest, LetsTheProgramRestrictParameters) {
         EXPECT_EQ(Read(environment, row.body, check).params_, row.params)
             << row.query << " " << row.body;
     }
-}
-
-TEST(CgiRequest, GivesTheEnvironment) {
-    setenv("HTTP_X_MERO_TOKEN", "a=b", 1);
-    const APIRequest request = MERO::ReadCgiRequest(MERO::CgiEnvironment(), -1);
-    EXPECT_EQ(request.GetEnv("HTTP_X_MERO_TOKEN", Json::Value()), Json::Value("a=b"));
-    EXPECT_TRUE(request.GetEnv("HTTP_X_MISSING", Json::Value()).isNull());
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 #include <merodbquery/session.h>
-#include <sqlite3.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -8,7 +7,9 @@
 #include <string>
 
 #include "support/child.h"
+#include "support/signpost.h"
 #include "support/sqlite_file.h"
+#include "support/store_lock.h"
 
 namespace {
 
@@ -139,36 +140,27 @@ char StateOf(pid_t process) {
 
 TEST_F(SessionTest, WaitsForAnotherProcess) {
     RunOnFile(kPath, "CREATE TABLE t(a)");
-    int ready[2];
-    int start[2];
-    ASSERT_EQ(0, pipe(ready));
-    ASSERT_EQ(0, pipe(start));
+    const test::Signpost locked;
+    const test::Signpost start;
     test::Child locker([&] {
-        sqlite3* handle = nullptr;
-        sqlite3_open(kPath.c_str(), &handle);
-        sqlite3_exec(handle, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
-        char byte = 0;
-        if (write(ready[1], &byte, 1) != 1 || read(start[0], &byte, 1) != 1) {
-            return std::string("no pipe");
+        {
+            const test::StoreLock lock(kPath);
+            locked.Show();
+            start.Await();
+            while (StateOf(getppid()) != 'S') {
+            }
         }
-        while (StateOf(getppid()) != 'S') {
-        }
-        sqlite3_close(handle);
         return std::string("released while the other slept");
     });
-    char byte = 0;
-    ASSERT_EQ(1, read(ready[0], &byte, 1));
+    locked.Await();
     Session session = Session::SQLite(kPath);
-    ASSERT_EQ(1, write(start[1], &byte, 1));
+    start.Show();
     EXPECT_TRUE(session.RawQuery("INSERT INTO t VALUES(1)"));
     EXPECT_EQ("released while the other slept", locker.Wait());
 
     int milliseconds = 0;
     session.GetRawSession() << "PRAGMA busy_timeout", soci::into(milliseconds);
     EXPECT_EQ(60000, milliseconds);
-    for (const int end : {ready[0], ready[1], start[0], start[1]}) {
-        close(end);
-    }
 }
 
 }  // namespace
