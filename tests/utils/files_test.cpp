@@ -1,7 +1,6 @@
 #include "utils/files.h"
 
 #include <gtest/gtest.h>
-#include <mailserver-log/exception/exception.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -14,6 +13,7 @@
 #include <vector>
 
 #include "support/child.h"
+#include "support/outcome.h"
 #include "support/syslog_socket.h"
 
 namespace serverlog::utils {
@@ -25,14 +25,8 @@ namespace fs = boost::filesystem;
 const std::string kHere = "/tmp/here";
 const std::string kThere = "/dev/shm/there";
 
-// What came of a call: "done" or the whole text of its exception.
 std::string Outcome(const std::function<void()>& call) {
-    try {
-        call();
-        return "done";
-    } catch (const Exception<ETag::FileSystem>& exception) {
-        return exception_str(exception);
-    }
+    return test::OutcomeOf<ETag::FileSystem>(call);
 }
 
 void SetTime(const std::string& path, std::time_t time) {
@@ -263,26 +257,21 @@ TEST_F(Files, UpdateKeepsAYoungerTarget) {
     };
     const std::string source = kHere + "/source";
     const std::string target = kHere + "/target";
-    const auto set_up = [&](const auto& row) {
-        RemoveAll(target);
-        if (row.target_time != 0) {
-            WriteFileContent(target, "old");
-            SetTime(target, row.target_time);
-        }
-        WriteFileContent(source, "new");
-        SetTime(source, row.source_time);
-    };
     for (const auto& row : rows) {
-        set_up(row);
-        EXPECT_EQ(LastWriteTime(source), row.source_time);
-        CopyFileWithUpdate(source, target);
-        EXPECT_EQ(FileContent(target), row.updated ? "new" : "old") << row.name;
-        EXPECT_TRUE(Exist(source)) << row.name;
-
-        set_up(row);
-        RenameFileWithUpdate(source, target);
-        EXPECT_EQ(FileContent(target), row.updated ? "new" : "old") << row.name;
-        EXPECT_NE(Exist(source), row.updated) << row.name;
+        for (const bool move : {false, true}) {
+            SCOPED_TRACE(std::string(row.name) + (move ? ", moved" : ", copied"));
+            RemoveAll(target);
+            if (row.target_time != 0) {
+                WriteFileContent(target, "old");
+                SetTime(target, row.target_time);
+            }
+            WriteFileContent(source, "new");
+            SetTime(source, row.source_time);
+            EXPECT_EQ(LastWriteTime(source), row.source_time);
+            (move ? RenameFileWithUpdate : CopyFileWithUpdate)(source, target);
+            EXPECT_EQ(FileContent(target), row.updated ? "new" : "old");
+            EXPECT_EQ(Exist(source), !(move && row.updated));
+        }
     }
 }
 

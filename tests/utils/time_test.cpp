@@ -2,18 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include "support/time_zone.h"
 
 namespace serverlog::utils {
 namespace {
 
 // Central Europe's clock without a need for the time zone files.
 constexpr char kSummerTimeZone[] = "CET-1CEST,M3.5.0,M10.5.0/3";
-
-void SetTimeZone(const char* zone) {
-    setenv("TZ", zone, 1);
-    tzset();
-}
 
 TEST(Time, TextIsLocalTime) {
     const struct {
@@ -29,7 +24,7 @@ TEST(Time, TextIsLocalTime) {
         {"UTC", 4102444800, "2100-01-01 00:00:00"},
     };
     for (const auto& row : rows) {
-        SetTimeZone(row.zone);
+        test::SetZone(row.zone);
         EXPECT_EQ(ConvertToTimeString(row.time), row.text) << row.zone << ' ' << row.time;
     }
 }
@@ -51,7 +46,7 @@ TEST(Time, DayStartsWithoutDaylightSaving) {
         {"UTC", "", "1899-12-31 00:00:00"},
     };
     for (const auto& row : rows) {
-        SetTimeZone(row.zone);
+        test::SetZone(row.zone);
         EXPECT_EQ(ConvertToTimeString(ConvertTimeStringToTime(row.date)), row.start)
             << row.zone << ' ' << row.date;
     }

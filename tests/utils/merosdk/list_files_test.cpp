@@ -1,8 +1,8 @@
 #include "utils/merosdk/list_files.h"
 
 #include <gtest/gtest.h>
-#include <mailserver-log/exception/exception.h>
 
+#include "support/outcome.h"
 #include "support/syslog_socket.h"
 #include "utils/files.h"
 
@@ -36,12 +36,7 @@ TEST(ListFilesWithPrefix, GivesManyFiles) {
 TEST(ListFilesWithPrefix, UnreadableFolderThrows) {
     test::SyslogSocket log;
     const std::string text = "Can not list folder files, /tmp/none enum files with prefix: a fail";
-    try {
-        ListFilesWithPrefix("/tmp/none", "a");
-        ADD_FAILURE() << "lists a missing folder";
-    } catch (const Exception<ETag::SDK>& exception) {
-        EXPECT_EQ(exception_str(exception), text);
-    }
+    EXPECT_EQ(test::OutcomeOf<ETag::SDK>([] { ListFilesWithPrefix("/tmp/none", "a"); }), text);
     EXPECT_EQ(log.TakeErrors(), Strings{text});
 }
 

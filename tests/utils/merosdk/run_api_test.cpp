@@ -7,11 +7,13 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <functional>
 #include <regex>
 #include <stdexcept>
 #include <vector>
 
 #include "support/child.h"
+#include "support/outcome.h"
 #include "support/syslog_socket.h"
 #include "utils/json_text.h"
 
@@ -36,16 +38,11 @@ std::vector<std::string> SectionLines(test::SyslogSocket& log) {
     return lines;
 }
 
-// Registers an API that answers with the effective ids, calls it and tells them with those behind
-// the call.
-std::string IdsInAndBehind() {
-    MERO::APIRunner::Register(kApi, [](auto&&...) {
-        Json::Value response;
-        response["success"] = true;
-        response["data"] = Ids();
-        return response;
-    });
-    return CallApiGetData(kApi, "get", Json::objectValue, 1).asString() + " " + Ids();
+Json::Value Success(const Json::Value& data) {
+    Json::Value response;
+    response["success"] = true;
+    response["data"] = data;
+    return response;
 }
 
 const std::vector<std::string> kEnteredAndLeft = {"38 ENTERCriticalSection",
@@ -55,11 +52,10 @@ TEST(CallApiGetData, HandsTheCallOverAsAdminAndReturnsTheData) {
     test::SyslogSocket log;
     MERO::APIRunner::Register(kApi, [](const std::string& method, int version,
                                        const Json::Value& params, const std::string& user) {
-        Json::Value response;
-        response["success"] = true;
-        response["data"]["call"] = method + " " + std::to_string(version) + " " + user;
-        response["data"]["params"] = params;
-        return response;
+        Json::Value data;
+        data["call"] = method + " " + std::to_string(version) + " " + user;
+        data["params"] = params;
+        return Success(data);
     });
     Json::Value params;
     params["id"] = 7;
@@ -71,6 +67,7 @@ TEST(CallApiGetData, HandsTheCallOverAsAdminAndReturnsTheData) {
 }
 
 TEST(CallApiGetData, NoSuccessAndNoDataAreFailures) {
+    const std::string failure = "Get api data fail, api: MERO.Test method: get";
     const char* const responses[] = {
         R"({"success":false,"data":1,"error":{"code":400}})",
         R"({"success":true})",
@@ -84,60 +81,51 @@ TEST(CallApiGetData, NoSuccessAndNoDataAreFailures) {
             return response;
         });
         test::SyslogSocket log;
-        try {
-            CallApiGetData(kApi, "get", Json::objectValue, 1);
-            ADD_FAILURE() << text;
-        } catch (const Exception<ETag::SDK>& exception) {
-            EXPECT_EQ(exception_str(exception), "Get api data fail, api: MERO.Test method: get")
-                << text;
-        }
-        EXPECT_EQ(log.TakeErrors(),
-                  std::vector<std::string>{"Get api data fail, api: MERO.Test method: get"});
+        const auto call = [] { CallApiGetData(kApi, "get", Json::objectValue, 1); };
+        EXPECT_EQ(test::OutcomeOf<ETag::SDK>(call), failure) << text;
+        EXPECT_EQ(log.TakeErrors(), std::vector<std::string>{failure});
     }
     MERO::APIRunner::Unregister(kApi);
     EXPECT_THROW(CallApiGetData(kApi, "get", Json::objectValue, 1), Exception<ETag::SDK>);
 }
 
-TEST(CallApiGetData, RunsWithRootsIdsAndComesBack) {
+TEST(CallApiGetData, RunsWithRootsIdsWhereItCanAndComesBack) {
     SKIP_WITHOUT_SECOND_USER();
     test::SyslogSocket log;
-    const auto call = [] {
-        test::SetIds(test::kRootForOther, test::kRootForOther);
-        return IdsInAndBehind();
+    const struct {
+        const char* name;
+        test::Ids before;
+        std::function<void()> within;
+        std::string ids;  // within the call and behind it
+        std::vector<std::string> lines;
+    } rows[] = {
+        {"root", test::kRootForOther, [] {}, "0:0 65534:65534", kEnteredAndLeft},
+        {"root is refused",
+         test::kOtherForGood,
+         [] {},
+         "65534:65534 65534:65534",
+         {"35 ERROR: ENTERCriticalSection", "38 LEAVECriticalSection"}},
+        {"way back is refused",
+         test::kRootForOther,
+         [] {
+             test::SetIds({8025, 8025, 8025}, {8025, 8025, 8025});
+         },
+         "8025:8025 8025:8025",
+         {"38 ENTERCriticalSection", "35 ERROR: LEAVECriticalSection"}},
     };
-    EXPECT_EQ(test::InChild(call), "0:0 65534:65534");
-    EXPECT_EQ(SectionLines(log), kEnteredAndLeft);
-}
-
-TEST(CallApiGetData, RunsAllTheSameWhereRootIsRefused) {
-    SKIP_WITHOUT_SECOND_USER();
-    test::SyslogSocket log;
-    const auto call = [] {
-        test::SetIds(test::kOtherForGood, test::kOtherForGood);
-        return IdsInAndBehind();
-    };
-    EXPECT_EQ(test::InChild(call), "65534:65534 65534:65534");
-    EXPECT_EQ(SectionLines(log), (std::vector<std::string>{"35 ERROR: ENTERCriticalSection",
-                                                           "38 LEAVECriticalSection"}));
-}
-
-TEST(CallApiGetData, RefusedWayBackIsOnlyTold) {
-    SKIP_WITHOUT_SECOND_USER();
-    test::SyslogSocket log;
-    const auto call = [] {
-        test::SetIds(test::kRootForOther, test::kRootForOther);
-        MERO::APIRunner::Register(kApi, [](auto&&...) {
-            test::SetIds({8025, 8025, 8025}, {8025, 8025, 8025});
-            Json::Value response;
-            response["success"] = true;
-            response["data"] = "done";
-            return response;
-        });
-        return CallApiGetData(kApi, "get", Json::objectValue, 1).asString();
-    };
-    EXPECT_EQ(test::InChild(call), "done");
-    EXPECT_EQ(SectionLines(log), (std::vector<std::string>{"38 ENTERCriticalSection",
-                                                           "35 ERROR: LEAVECriticalSection"}));
+    for (const auto& row : rows) {
+        const auto call = [&row] {
+            test::SetIds(row.before, row.before);
+            MERO::APIRunner::Register(kApi, [&row](auto&&...) {
+                row.within();
+                return Success(Ids());
+            });
+            const Json::Value within = CallApiGetData(kApi, "get", Json::objectValue, 1);
+            return within.asString() + " " + Ids();
+        };
+        EXPECT_EQ(test::InChild(call), row.ids) << row.name;
+        EXPECT_EQ(SectionLines(log), row.lines) << row.name;
+    }
 }
 
 }  // namespace

@@ -91,41 +91,39 @@ TEST(RunAs, WorkThatThrowsLeavesTheFormerIds) {
     EXPECT_EQ(test::InChild(work), "65534:65534 of the work");
 }
 
-TEST(RunAs, RefusedToRootIsToldAndNothingRuns) {
-    SKIP_WITHOUT_SECOND_USER();
+void ExpectRefused(const std::function<void()>& prepare, unsigned uid, unsigned gid,
+                   const std::string& ids, const std::string& place, const std::string& told) {
     test::SyslogSocket log;
-    EXPECT_EQ(IdsInAndBehind(BecomeOtherUser, 0, 0), "none 65534:65534");
+    EXPECT_EQ(IdsInAndBehind(prepare, uid, gid), "none " + ids);
     const auto lines = log.Take();
     ASSERT_EQ(lines.size(), 2U);
     EXPECT_EQ(lines[0].priority, 0x23);
-    EXPECT_EQ(lines[0].text, kSource + ":30 ERROR: RUN_AS(0, 0)");
+    EXPECT_EQ(lines[0].text, kSource + place);
     EXPECT_EQ(lines[1].priority, LOG_MAIL | LOG_ERR);
-    EXPECT_EQ(lines[1].text.substr(lines[1].text.find(' ')),
-              " RunAS failed: [a name] uid:0 gid:0 euid:65534 egid:65534");
+    EXPECT_EQ(lines[1].text.substr(0, kSource.size()), kSource);
+    EXPECT_EQ(lines[1].text.substr(lines[1].text.find(' ')), " RunAS failed: [a name] " + told);
+}
+
+TEST(RunAs, RefusedToRootIsToldAndNothingRuns) {
+    SKIP_WITHOUT_SECOND_USER();
+    ExpectRefused(BecomeOtherUser, 0, 0, "65534:65534", ":30 ERROR: RUN_AS(0, 0)",
+                  "uid:0 gid:0 euid:65534 egid:65534");
 }
 
 TEST(RunAs, RefusedToAnotherUserIsToldAndNothingRuns) {
-    test::SyslogSocket log;
-    EXPECT_EQ(IdsInAndBehind(test::DropCapabilities, kThirdUser, kOtherUser), "none 0:0");
-    const auto lines = log.Take();
-    ASSERT_EQ(lines.size(), 2U);
-    EXPECT_EQ(lines[0].priority, 0x23);
-    EXPECT_EQ(lines[0].text, kSource + ":39 ERROR: RUN_AS(8025, 65534)");
-    EXPECT_EQ(lines[1].text.substr(0, kSource.size()), kSource);
-    EXPECT_EQ(lines[1].text.substr(lines[1].text.find(' ')),
-              " RunAS failed: [a name] uid:8025 gid:65534 euid:0 egid:0");
+    ExpectRefused(test::DropCapabilities, kThirdUser, kOtherUser, "0:0",
+                  ":39 ERROR: RUN_AS(8025, 65534)", "uid:8025 gid:65534 euid:0 egid:0");
 }
 
 TEST(RunAs, SwitchRefusedHalfWayLeavesNoRightsBehind) {
     SKIP_WITHOUT_SECOND_USER();
-    test::SyslogSocket log;
     // May become user 0 by the saved id; without capabilities user 0 may not change the group.
     const auto prepare = [] {
         test::SetIds({kOtherUser, kOtherUser, 0}, test::kOtherForGood);
         test::DropCapabilities();
     };
-    EXPECT_EQ(IdsInAndBehind(prepare, 0, 0), "none 65534:65534");
-    EXPECT_EQ(log.TakeTexts(0x23), std::vector<std::string>{kSource + ":30 ERROR: RUN_AS(0, 0)"});
+    ExpectRefused(prepare, 0, 0, "65534:65534", ":30 ERROR: RUN_AS(0, 0)",
+                  "uid:0 gid:0 euid:65534 egid:65534");
 }
 
 TEST(RunAs, RefusedWayBackIsToldAndNotThrown) {
