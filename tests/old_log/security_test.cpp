@@ -88,18 +88,6 @@ TEST_F(Security, ManyDomainsMakeALongStatement) {
                 ElementsAre("inbound|1"));
 }
 
-TEST_F(Security, FiltersAndUnionsAsText) {
-    MailLogger logger(300);
-    EXPECT_EQ(logger.genDomainFilter("sender", true, {"a", "b"}),
-              " (sender LIKE '%@a' OR sender LIKE '%@b') ");
-    EXPECT_EQ(logger.genDomainFilter("sender", false, {"a", "b"}),
-              " (sender NOT LIKE '%@a' AND sender NOT LIKE '%@b') ");
-    EXPECT_EQ(logger.genDomainFilter("sender", false, {}), " (0) ");
-    EXPECT_EQ(logger.genUnionQueryForAttachedDB("x log.t log.u", 2, "log.", "DB%d."),
-              "x log.t log.u UNION ALL x DB0.t log.u UNION ALL x DB1.t log.u");
-    EXPECT_EQ(logger.genUnionQueryForAttachedDB("x", 0, "log.", "DB%d."), "x");
-}
-
 // ---- Where threats come from ----
 
 struct Place {

@@ -149,48 +149,47 @@ TEST_F(Traffic, TablesAreThoseOfTheModel) {
 
 TEST_F(Traffic, RemovesWhatIsTooOldInTheHourThatBeginsADay) {
     const struct {
-        const char* table;
-        int scale;
+        std::string table;
+        std::string scale;
         long days;
     } limits[] = {
-        {"log_statistic_hour", 0, 7},         {"log_statistic_top5", 25, 7},
-        {"log_statistic_day", 0, 60},         {"log_statistic_top5", 8, 60},
-        {"log_statistic_week", 0, 90},        {"log_statistic_top5", 9, 90},
-        {"log_statistic_month", 0, 360},      {"log_statistic_top5", 7, 360},
-        {"log_statistic_daily_usage", 0, 35},
+        {"log_statistic_hour", "", 7},         {"log_statistic_top5", "25", 7},
+        {"log_statistic_day", "", 60},         {"log_statistic_top5", "8", 60},
+        {"log_statistic_week", "", 90},        {"log_statistic_top5", "9", 90},
+        {"log_statistic_month", "", 360},      {"log_statistic_top5", "7", 360},
+        {"log_statistic_daily_usage", "", 35},
     };
     test::SetZone("Europe/Berlin");
     MailLogger logger(300);
     ASSERT_EQ(logger.saveStatistic(0, {}), 0);  // makes the file
-    const auto run = [&](const char* local_time, const std::string& when) {
+    // How many rows are left of two for each limit, one older than that and one of its age.
+    const auto left_at = [&](const char* local_time) {
         const long now = LocalTime(local_time);
-        for (const auto& limit : limits) {
-            RunOnFile(kStatistic, "DELETE FROM " + std::string(limit.table));
-        }
-        for (const auto& limit : limits) {
-            const std::string scale = limit.scale == 0 ? "" : ", scale";
-            const std::string value = limit.scale == 0 ? "" : ", " + std::to_string(limit.scale);
-            for (const long time : {now - limit.days * 86400 - 1, now - limit.days * 86400}) {
-                RunOnFile(kStatistic, "INSERT OR REPLACE INTO " + std::string(limit.table) +
-                                          "(time" + scale + ") VALUES(" + std::to_string(time) +
-                                          value + ")");
-            }
-        }
         FakeClock::Set(now);
+        for (const auto& limit : limits) {
+            RunOnFile(kStatistic, "DELETE FROM " + limit.table);
+        }
+        for (const auto& limit : limits) {
+            const std::string insert =
+                "INSERT OR REPLACE INTO " + limit.table +
+                (limit.scale.empty() ? "(time) VALUES("
+                                     : "(scale, time) VALUES(" + limit.scale + ",");
+            const long oldest = now - limit.days * 86400;
+            RunOnFile(kStatistic, insert + std::to_string(oldest - 1) + ");" + insert +
+                                      std::to_string(oldest) + ")");
+        }
         EXPECT_EQ(logger.removeOldLog(), 0);
         std::string left;
         for (const auto& limit : limits) {
-            const std::string where =
-                limit.scale == 0 ? "" : " WHERE scale = " + std::to_string(limit.scale);
-            left += RunOnFile(kStatistic,
-                              "SELECT COUNT(*) FROM " + std::string(limit.table) + where)[0];
+            const std::string where = limit.scale.empty() ? "" : " WHERE scale = " + limit.scale;
+            left += RunOnFile(kStatistic, "SELECT COUNT(*) FROM " + limit.table + where)[0];
         }
-        return when + ": " + left;
+        return left;
     };
-    EXPECT_EQ(run("2024-05-07 23:59:59", "before"), "before: 222222222");
-    EXPECT_EQ(run("2024-05-08 00:00:00", "midnight"), "midnight: 111111111");
-    EXPECT_EQ(run("2024-05-08 00:59:59", "first hour"), "first hour: 111111111");
-    EXPECT_EQ(run("2024-05-08 01:00:00", "after"), "after: 222222222");
+    EXPECT_EQ(left_at("2024-05-07 23:59:59"), "222222222");
+    EXPECT_EQ(left_at("2024-05-08 00:00:00"), "111111111");
+    EXPECT_EQ(left_at("2024-05-08 00:59:59"), "111111111");
+    EXPECT_EQ(left_at("2024-05-08 01:00:00"), "222222222");
 }
 
 TEST_F(Traffic, BeginsWhereItEndedUnlessThatIsNoTime) {
