@@ -70,16 +70,19 @@ void WriteArchive(const ArchiveReport& archive) {
 }
 
 void WriteCollector(const CollectorReport& collector) {
-    if (!collector.exists) {
-        std::cout << "mail events: never collected\n";
+    if (collector.lines == 0) {
+        std::cout << "mail events: no line read yet\n";
         return;
     }
-    std::cout << "mail events: read up to " << TimeCell(collector.newest_line) << ", at "
-              << TimeCell(collector.read_at) << " (" << collector.read_at - collector.newest_line
-              << " s later); lines " << collector.lines << ", mail " << collector.mail
-              << ", security " << collector.security << ", skipped " << collector.skipped
-              << ", unreadable " << collector.unreadable << "; in flight " << collector.in_flight
-              << "\n";
+    std::cout << "mail events: read";
+    if (collector.newest_line > 0) {
+        std::cout << " up to " << ReadableTime(collector.newest_line) << ", at "
+                  << ReadableTime(collector.read_at) << " ("
+                  << collector.read_at - collector.newest_line << " s later)";
+    }
+    std::cout << "; lines " << collector.lines << ", mail " << collector.mail << ", security "
+              << collector.security << ", skipped " << collector.skipped << ", unreadable "
+              << collector.unreadable << "; in flight " << collector.in_flight << "\n";
     std::string skipped;
     for (const std::string& program : collector.skipped_by_program) {
         skipped += (skipped.empty() ? "" : ", ") + VisibleText(program);

@@ -36,8 +36,7 @@ void Read(CollectorReport& report) {
 
 CollectorReport ExamineCollector() {
     CollectorReport report;
-    report.exists = std::filesystem::exists(state_file::kPath);
-    if (!report.exists) {
+    if (!std::filesystem::exists(state_file::kPath)) {
         return report;
     }
     try {

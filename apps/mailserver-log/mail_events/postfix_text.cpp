@@ -36,9 +36,8 @@ bool ReadOrigin(std::string_view text, ContentCheck& check) {
 
 std::string_view PostfixPart(std::string_view program) {
     const std::size_t slash = program.rfind('/');
-    return slash == kNone || !TakePrefix(program, "postfix")
-               ? std::string_view()
-               : program.substr(program.rfind('/') + 1);
+    const bool is_postfix = slash != kNone && TakePrefix(program, "postfix");
+    return is_postfix ? program.substr(program.rfind('/') + 1) : std::string_view();
 }
 
 bool IsQueueId(std::string_view text) {

@@ -110,6 +110,7 @@ TEST_F(MailCollect, StoresRowsOfAFileAndTellsOfEveryLine) {
     EXPECT_EQ(Program::Run({"collect"}, Join(kLog)).output, "collected 0, rejected 1, skipped 7\n");
 
     const Program::Result status = Program::Run({"status"});
+    EXPECT_THAT(status.output, HasSubstr("mail events: read up to 2026-11-22 "));
     EXPECT_THAT(status.output, HasSubstr("lines 12, mail 1, security 1, skipped 3, unreadable 1; "
                                          "in flight 0\n"));
     EXPECT_THAT(status.output, HasSubstr("by program: (none) 1, postfix/smtpd 1, sshd 1\n"));
