@@ -16,6 +16,9 @@ namespace {
 
 constexpr std::size_t kNone = std::string_view::npos;
 
+// What local answers for a mail that goes on to another address.
+constexpr std::string_view kForwarded = "(forwarded as ";
+
 // The text between `key` and the next comma or blank; empty if there is none.
 std::string_view Value(std::string_view text, std::string_view key) {
     const std::size_t at = text.find(key);
@@ -64,6 +67,20 @@ Recipient TakeRecipient(Mail& mail, Recipient wanted) {
     Recipient recipient = std::move(*known);
     mail.recipients.erase(known);
     return recipient;
+}
+
+// Gives the recipients that were deferred, and forgets them all.
+std::vector<Recipient> TakeDeferred(Mail& mail) {
+    std::vector<Recipient> deferred;
+    for (Recipient& recipient : std::exchange(mail.recipients, {})) {
+        if (recipient.is_deferred) {
+            deferred.push_back(std::move(recipient));
+        }
+    }
+    if (deferred.empty()) {
+        deferred.emplace_back();  // whom it was for was told in lines that are gone
+    }
+    return deferred;
 }
 
 void Remember(Mail& mail, Recipient recipient) {
@@ -245,11 +262,7 @@ bool MailTracker::TakeManager(const LogLine& line, std::string_view queue_id, st
     if (!TakePrefix(text, ", status=expired") && !TakePrefix(text, ", status=force-expired")) {
         return false;
     }
-    std::vector<Recipient> recipients = std::exchange(mail.recipients, {});
-    if (recipients.empty()) {
-        recipients.emplace_back();  // whom it was for was told in lines that are gone
-    }
-    for (const Recipient& recipient : recipients) {
+    for (const Recipient& recipient : TakeDeferred(mail)) {
         AddRow(line, mail, recipient, static_cast<std::int32_t>(MailStatus::Bounced), events);
     }
     return true;
@@ -327,7 +340,7 @@ void MailTracker::JoinById(const LogLine& line, std::string_view first_queue_id,
 // answers "queued as" just as well, so that one must be known.
 std::optional<std::string_view> MailTracker::NextQueueId(const LogLine& line, const Mail& mail,
                                                          std::string_view reason) {
-    const std::string_view forwarded = QueueIdBehind(reason, "(forwarded as ");
+    const std::string_view forwarded = QueueIdBehind(reason, kForwarded);
     if (!forwarded.empty()) {
         return forwarded;
     }
@@ -352,7 +365,8 @@ void MailTracker::HandOver(const LogLine& line, Mail& mail, const Delivery& deli
         return;
     }
     Join(mail, *next);
-    if (recipient.is_deferred || !recipient.ori_mail_to.empty()) {
+    const bool has_same_recipient = QueueIdBehind(delivery.reason, kForwarded).empty();
+    if (has_same_recipient && (recipient.is_deferred || !recipient.ori_mail_to.empty())) {
         Remember(*next, std::move(recipient));
     }
 }
