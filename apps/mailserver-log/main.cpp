@@ -33,6 +33,12 @@ int Run(CLI::App& program, int argc, char** argv) {
         }
     } catch (const CLI::Success& success) {  // the help or the version was asked for
         return program.exit(success);
+    } catch (const CLI::ConfigError& error) {
+        std::cerr
+            << "mailserver-log: " << error.what()
+            << "; mend the configuration files: mailserver-log.conf(5) tells what they may hold"
+            << std::endl;
+        return kWrongUsage;
     } catch (const CLI::ParseError& error) {
         program.exit(error);
         return kWrongUsage;

@@ -1,8 +1,5 @@
 #include "command.h"
 
-#include <algorithm>
-#include <iterator>
-
 namespace serverlog::reference {
 
 namespace {

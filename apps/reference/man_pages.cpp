@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
-#include <sstream>
+#include <string>
 
 #include "config/configuration.h"
 

@@ -46,15 +46,22 @@ TEST(Configuration, ReachesTheSubcommandThatRuns) {
 }
 
 TEST(Configuration, RefusesWhatItDoesNotKnow) {
-    const char* const rows[] = {
-        "[statistics]\nperiods=60\n", "[statistic]\nperiod=60\n", "period=60\n",
-        "[statistics]\nperiod=0\n",   "[list]\nSTORE=admin\n",    "[list]\nhelp=true\n",
+    const struct {
+        const char* text;
+        const char* error;
+    } rows[] = {
+        {"[statistics]\nperiods=60\n", "statistics.periods; mend the configuration"},
+        {"[statistic]\nperiod=60\n", "statistic."},
+        {"period=60\n", "parse period; mend the configuration"},
+        {"[statistics]\nperiod=0\n", "--period"},
+        {"[list]\nSTORE=admin\n", "list.STORE"},
+        {"[list]\nhelp=true\n", "list.help"},
     };
-    for (const char* const row : rows) {
-        WriteTextFile(kFile, row);
+    for (const auto& row : rows) {
+        WriteTextFile(kFile, row.text);
         const Program::Result result = Program::Run({"--config", kFile, "status"});
-        EXPECT_EQ(result.status, 2) << row;
-        EXPECT_NE(result.error, "") << row;
+        EXPECT_EQ(result.status, 2) << row.text;
+        EXPECT_THAT(result.error, HasSubstr(row.error)) << row.text;
     }
     EXPECT_EQ(Program::Run({"--config", "/tmp/none.conf", "status"}).status, 2);
 }

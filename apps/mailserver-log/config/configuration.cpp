@@ -30,7 +30,7 @@ std::vector<std::string> InstalledFiles() {
 }
 
 std::string Quoted(const std::string& value) {
-    // The form knows no escapes; there is always a quote that the value does not begin with.
+    // The form knows no escapes: a value that has both quotes in it cannot stand there at all.
     const char quote = value.find('"') == std::string::npos ? '"' : '\'';
     return quote + value + quote;
 }
