@@ -7,21 +7,14 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <exception>
-#include <system_error>
 
+#include "support/check.h"
 #include "support/text_file.h"
 
 namespace test {
 
 namespace {
-
-void Check(bool done, const char* what) {
-    if (!done) {
-        throw std::system_error(errno, std::generic_category(), what);
-    }
-}
 
 [[noreturn]] void Work(const std::function<std::string()>& work, int result) {
     std::string text;

@@ -10,19 +10,14 @@
 #include <chrono>
 #include <cstdlib>
 #include <stdexcept>
-#include <system_error>
+
+#include "support/check.h"
 
 namespace test {
 
 namespace {
 
 constexpr std::chrono::minutes kLongestWait{1};
-
-void Check(bool done, const char* what) {
-    if (!done) {
-        throw std::system_error(errno, std::generic_category(), what);
-    }
-}
 
 [[noreturn]] void Become(std::vector<std::string>& words, const Program::Environment& environment) {
     std::vector<char*> arguments;
@@ -82,10 +77,6 @@ void Program::Write(std::string_view text) {
     WaitUntil([this, &text] { return text.empty() || HasEnded(); }, text);
 }
 
-void Program::CloseInput() {
-    Close(streams_[0]);
-}
-
 void Program::CloseOutput() {
     Close(streams_[1]);
 }
@@ -105,7 +96,7 @@ void Program::Signal(int signal) const {
 }
 
 Program::Result Program::Wait() {
-    CloseInput();
+    Close(streams_[0]);
     std::string_view nothing;
     WaitUntil([this] { return HasEnded(); }, nothing);
     int status = 0;

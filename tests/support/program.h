@@ -27,8 +27,6 @@ class Program {
     /// not read any more.
     void Write(std::string_view text);
 
-    void CloseInput();
-
     /// Stops reading its standard output, as a reader does that goes away.
     void CloseOutput();
 

@@ -2,23 +2,12 @@
 
 #include <unistd.h>
 
-#include <cerrno>
-#include <system_error>
+#include "support/check.h"
 
 namespace test {
 
-namespace {
-
-void Check(bool done) {
-    if (!done) {
-        throw std::system_error(errno, std::generic_category(), "pipe");
-    }
-}
-
-}  // namespace
-
 Signpost::Signpost() {
-    Check(pipe(ends_) == 0);
+    Check(pipe(ends_) == 0, "pipe");
 }
 
 Signpost::~Signpost() {
@@ -27,12 +16,12 @@ Signpost::~Signpost() {
 }
 
 void Signpost::Show() const {
-    Check(write(ends_[1], "!", 1) == 1);
+    Check(write(ends_[1], "!", 1) == 1, "write");
 }
 
 void Signpost::Await() const {
     char sign = 0;
-    Check(read(ends_[0], &sign, 1) == 1);
+    Check(read(ends_[0], &sign, 1) == 1, "read");
 }
 
 }  // namespace test

@@ -18,6 +18,7 @@
 #include "support/spool.h"
 #include "support/sqlite_file.h"
 #include "support/text_file.h"
+#include "utils/strings.h"
 
 namespace test {
 
@@ -35,14 +36,6 @@ void MakeLog(const std::string& path, const std::string& script) {
     if (!std::filesystem::exists(path)) {
         RunOnFile(path, script);
     }
-}
-
-std::string Joined(const std::vector<std::string>& parts) {
-    std::string text;
-    for (const std::string& part : parts) {
-        text += (text.empty() ? "" : ",") + part;
-    }
-    return text;
 }
 
 void AppendRows(const std::string& file, const char* table, std::vector<std::string>& rows) {
@@ -140,7 +133,7 @@ std::vector<std::string> ExpectedRows(const std::string& zone, long last,
                                       const std::vector<long>& cycles) {
     std::ostringstream command;
     command << "python3 -IS '" << kModel << "' '" << kSpool << "' '" << zone << "' " << last << " '"
-            << Joined(domains) << "'";
+            << serverlog::utils::Join(domains, ",") << "'";
     for (const long cycle : cycles) {
         command << " " << cycle;
     }
@@ -153,13 +146,7 @@ std::vector<std::string> ExpectedRows(const std::string& zone, long last,
     if (pclose(output) != 0 || text.empty()) {
         throw std::runtime_error("the model failed: " + command.str());
     }
-    std::vector<std::string> rows;
-    std::istringstream lines(text);
-    for (std::string line; std::getline(lines, line);) {
-        if (!line.empty()) {
-            rows.push_back(line);
-        }
-    }
+    std::vector<std::string> rows = serverlog::utils::Split(text, std::string("\n"));
     std::sort(rows.begin(), rows.end());
     return rows;
 }
