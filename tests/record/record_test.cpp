@@ -170,6 +170,68 @@ TYPED_TEST(EveryRecord, RefusesAColumnOfAnotherType) {
     EXPECT_THROW(this->Select(), std::bad_cast);
 }
 
+/// What reading the one row of a table ends with: the record as JSON, or what was thrown.
+template <class Read>
+std::string EndOf(Read read) {
+    try {
+        return ToJson(read()).toStyledString();
+    } catch (const soci::soci_error& error) {
+        const std::string text = error.what();
+        return text.substr(0, std::min(text.find(" while"), text.find(" for the parameter")));
+    } catch (const std::bad_cast&) {
+        return "bad_cast";
+    }
+}
+
+// A record is read and bound on the statement itself; its virtual operations have to do the same.
+TYPED_TEST(EveryRecord, ExchangesAsItsVirtualOperationsDo) {
+    using Names = std::vector<std::string>;
+    const Names types = {"INTEGER", "BIGINT", "TEXT", "VARCHAR(9)", "REAL", "", "BLOB"};
+    for (const std::string& name : TypeParam().GetInsertFields()) {
+        for (const std::string& type : types) {
+            for (const char* value : {"NULL", "0", "7", "''", "'7 of {}'", "x'4142'", "1.5"}) {
+                this->session_.RawQuery("DROP TABLE t");
+                this->session_.RawQuery(
+                    "CREATE TABLE t (" +
+                    std::regex_replace(std::string(TableOf<TypeParam>::kColumns),
+                                       std::regex("\\b" + name + " [A-Z]+"), name + " " + type) +
+                    ")");
+                this->Insert(TableOf<TypeParam>::Full());
+                this->session_.RawQuery("UPDATE t SET " + name + " = " + value);
+                const auto direct = [this] { return this->Select(); };
+                const auto by_values = [this] {
+                    TypeParam record;
+                    soci::values values;
+                    soci::statement select(this->session_.GetRawSession());
+                    select.exchange(soci::into(values));
+                    select.alloc();
+                    select.prepare("SELECT * FROM t");
+                    select.define_and_bind();
+                    select.execute(true);
+                    record.soci_FromBase(values);
+                    return record;
+                };
+                EXPECT_EQ(EndOf(direct), EndOf(by_values)) << name << " " << type << " " << value;
+            }
+        }
+        this->session_.RawQuery("ALTER TABLE t RENAME COLUMN " + name + " TO other");
+        EXPECT_EQ(EndOf([this] { return this->Select(); }), "Column '" + name + "' not found");
+    }
+}
+
+TYPED_TEST(EveryRecord, BindsAloneInItsStatement) {
+    int other = 1;
+    const std::string names = utils::Join(TypeParam().GetInsertFields(), ", ");
+    const std::string values = utils::Join(TypeParam().GetInsertFields(), ", :");
+    const TypeParam record;
+    EXPECT_THROW((this->session_.GetRawSession()
+                      << "INSERT INTO t (" + names + ") SELECT :" + values + " WHERE :other = 1",
+                  soci::use(record), soci::use(other, "other")),
+                 soci::soci_error);
+    this->Insert(record);
+    EXPECT_TRUE(this->Select() == record);
+}
+
 TEST(Record, NamesItsColumnsInInsertOrder) {
     EXPECT_EQ(AdminLog().GetInsertFields(), (Fields{"tab_type", "statement", "user", "uid", "date",
                                                     "ip", "server", "webapi_param"}));

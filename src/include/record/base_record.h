@@ -1,10 +1,12 @@
 #pragma once
 
 #include <mailserver-log/export.h>
+#include <mailserver-log/record/statement_row.h>
 #include <soci/soci.h>
 
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace serverlog::record {
@@ -39,22 +41,44 @@ class MAILSERVER_LOG_EXPORT BaseRecord {
     BaseRecord& operator=(const BaseRecord&) = default;
 };
 
+namespace internal {
+
+template <class Record, class = void>
+inline constexpr bool kReadsStatements = false;
+
+template <class Record>
+inline constexpr bool kReadsStatements<
+    Record, std::void_t<decltype(std::declval<Record&>().ReadFrom(StatementRow()))>> = true;
+
+}  // namespace internal
+
 }  // namespace serverlog::record
 
 namespace soci {
 
-/// Lets SOCI exchange every record through its two virtual operations.
+/// Lets SOCI exchange every record: straight with the statement where the record can do that,
+/// through its two virtual operations otherwise.
 template <class Record>
 struct type_conversion<Record,
                        std::enable_if_t<std::is_base_of_v<serverlog::record::BaseRecord, Record>>> {
-    using base_type = values;
+    static constexpr bool kDirect = serverlog::record::internal::kReadsStatements<Record>;
+    using base_type = std::conditional_t<kDirect, serverlog::record::StatementRow, values>;
 
-    static void from_base(const values& row, indicator /*whole*/, Record& record) {
-        record.soci_FromBase(row);
+    static void from_base(const base_type& row, indicator /*whole*/, Record& record) {
+        if constexpr (kDirect) {
+            record.ReadFrom(row);
+        } else {
+            record.soci_FromBase(row);
+        }
     }
 
-    static void to_base(const Record& record, values& row, indicator& whole) {
-        record.soci_ToBase(row, whole);
+    static void to_base(const Record& record, base_type& row, indicator& whole) {
+        if constexpr (kDirect) {
+            record.WriteTo(row);
+            whole = i_ok;
+        } else {
+            record.soci_ToBase(row, whole);
+        }
     }
 };
 

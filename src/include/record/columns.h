@@ -12,9 +12,13 @@
 
 /// What follows from a record's one list of columns.
 ///
-/// A record R has `static constexpr auto Columns()`, a tuple of Column in the order of an insert.
-/// Everything that walks over a record's columns walks over that list.
+/// A record R has `static constexpr auto Columns()`, a tuple of Column in the order of an insert,
+/// and `static constexpr NullText kNullText`. Everything that walks over a record's columns walks
+/// over that list.
 namespace serverlog::record {
+
+/// What a NULL in a text column means when a row is read; in any other it is refused.
+enum class NullText { Refused, Empty };
 
 /// One column: its name in the table, in JSON and in headings, and the member that holds its value.
 template <class Record, class Value>

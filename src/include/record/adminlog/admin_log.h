@@ -24,12 +24,19 @@ class MAILSERVER_LOG_EXPORT AdminLog : public BaseRecord {
             Column{"server", &AdminLog::server}, Column{"webapi_param", &AdminLog::webapi_param});
     }
 
+    static constexpr NullText kNullText = NullText::Refused;
+
     const std::vector<std::string>& GetInsertFields() const override;
 
     /// A NULL in any column throws soci::soci_error. A parameter text that is no JSON writes an
     /// error line, and the field keeps what the parser left in it.
     void soci_FromBase(const soci::values& values) override;
     void soci_ToBase(soci::values& values, soci::indicator& indicator) const override;
+
+    /// What soci::into and soci::use do with a record. Take the columns from a fetched row, failing
+    /// as soci_FromBase does, and give them to a statement; soci::soci_error if that takes one not.
+    void ReadFrom(const StatementRow& row);
+    void WriteTo(StatementRow& row) const;
 
     std::int32_t tab_type = 0;
     std::uint64_t uid = 0;

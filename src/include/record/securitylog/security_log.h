@@ -23,11 +23,18 @@ class MAILSERVER_LOG_EXPORT SecurityLog : public BaseRecord {
             Column{"subject", &SecurityLog::subject}, Column{"type", &SecurityLog::type});
     }
 
+    static constexpr NullText kNullText = NullText::Empty;
+
     const std::vector<std::string>& GetInsertFields() const override;
 
     /// A NULL in date throws soci::soci_error; a NULL text reads as empty.
     void soci_FromBase(const soci::values& values) override;
     void soci_ToBase(soci::values& values, soci::indicator& indicator) const override;
+
+    /// What soci::into and soci::use do with a record. Take the columns from a fetched row, failing
+    /// as soci_FromBase does, and give them to a statement; soci::soci_error if that takes one not.
+    void ReadFrom(const StatementRow& row);
+    void WriteTo(StatementRow& row) const;
 
     std::int32_t date = 0;  ///< seconds since the epoch
     std::string src;

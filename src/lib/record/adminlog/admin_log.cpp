@@ -10,11 +10,20 @@ const std::vector<std::string>& AdminLog::GetInsertFields() const {
 }
 
 void AdminLog::soci_FromBase(const soci::values& values) {
-    ReadColumns(values, NullText::Refused, *this);
+    ReadColumns(values, *this);
 }
 
 void AdminLog::soci_ToBase(soci::values& values, soci::indicator& indicator) const {
-    WriteColumns(*this, values, indicator);
+    WriteColumns(*this, values);
+    indicator = soci::i_ok;
+}
+
+void AdminLog::ReadFrom(const StatementRow& row) {
+    ReadColumns(row, *this);
+}
+
+void AdminLog::WriteTo(StatementRow& row) const {
+    WriteColumns(*this, row);
 }
 
 bool operator==(const AdminLog& a, const AdminLog& b) {

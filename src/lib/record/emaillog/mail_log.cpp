@@ -10,11 +10,20 @@ const std::vector<std::string>& MailLog::GetInsertFields() const {
 }
 
 void MailLog::soci_FromBase(const soci::values& values) {
-    ReadColumns(values, NullText::Empty, *this);
+    ReadColumns(values, *this);
 }
 
 void MailLog::soci_ToBase(soci::values& values, soci::indicator& indicator) const {
-    WriteColumns(*this, values, indicator);
+    WriteColumns(*this, values);
+    indicator = soci::i_ok;
+}
+
+void MailLog::ReadFrom(const StatementRow& row) {
+    ReadColumns(row, *this);
+}
+
+void MailLog::WriteTo(StatementRow& row) const {
+    WriteColumns(*this, row);
 }
 
 bool operator==(const MailLog& a, const MailLog& b) {

@@ -10,11 +10,20 @@ const std::vector<std::string>& SecurityLog::GetInsertFields() const {
 }
 
 void SecurityLog::soci_FromBase(const soci::values& values) {
-    ReadColumns(values, NullText::Empty, *this);
+    ReadColumns(values, *this);
 }
 
 void SecurityLog::soci_ToBase(soci::values& values, soci::indicator& indicator) const {
-    WriteColumns(*this, values, indicator);
+    WriteColumns(*this, values);
+    indicator = soci::i_ok;
+}
+
+void SecurityLog::ReadFrom(const StatementRow& row) {
+    ReadColumns(row, *this);
+}
+
+void SecurityLog::WriteTo(StatementRow& row) const {
+    WriteColumns(*this, row);
 }
 
 bool operator==(const SecurityLog& a, const SecurityLog& b) {
