@@ -74,6 +74,12 @@ class Query {
     const std::string& ErrorText() const { return error_text_; }
 
  protected:
+    /// Runs a statement that yields no rows and stays prepared in the session for the next run.
+    /// soci::soci_error and what the bound objects' conversions throw pass on.
+    ///
+    /// @param text  the statement; the binder has no part in it
+    void RunKept(const std::string& text);
+
     /// Takes the next row into the bound objects. False at the end of the rows, at once when the
     /// session is not good or the query was not run. Exceptions pass on as above.
     bool FetchNext();
@@ -87,6 +93,7 @@ class Query {
     PositionBinder& Binder() { return binder_; }
 
  private:
+    void BeginRun();
     void AddElement(std::function<void(soci::statement&)> element);
 
     // The order matters: the statement goes first, then what it points at, then its connection.

@@ -59,6 +59,19 @@ class Session {
     /// file. Its operations throw soci::soci_error when the session is not good.
     soci::session& GetRawSession();
 
+    /// A statement of the raw session that is prepared at its first use and kept for the next ones,
+    /// as preparing takes longer than inserting a row. Looks for a moved file as GetRawSession
+    /// does.
+    ///
+    /// @param text  the statement; kept by it, so few different ones
+    /// @return owned by the connection, and gone as soon as that reopens its path or closes: fetch
+    ///         it anew for each run. Elements and bindings of the last run are still on it.
+    ///         soci::soci_error when it cannot be prepared
+    soci::statement& KeptStatement(const std::string& text);
+
+    /// Drops a kept statement, such as one whose run failed; does nothing where there is none.
+    void DropStatement(const std::string& text);
+
     /// Closes the connection, for all copies and for good. Does nothing when it is closed already.
     /// Queries on it fetch nothing more; statements made on the raw session must be gone.
     void Disconnect();

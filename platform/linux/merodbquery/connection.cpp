@@ -130,6 +130,18 @@ soci::session& Connection::RawSession() {
     return session_;
 }
 
+soci::statement& Connection::KeptStatement(const std::string& text) {
+    FollowFile();
+    const auto found = kept_.find(text);
+    if (found != kept_.end()) {
+        return found->second;
+    }
+    soci::statement statement(session_);
+    statement.alloc();
+    statement.prepare(text);
+    return kept_.emplace(text, statement).first->second;
+}
+
 void Connection::FollowFile() {
     CloseFinishedHandles();
     if (state_ == State::kLost || (state_ == State::kOpen && HasMoved())) {
@@ -164,6 +176,7 @@ void Connection::Reopen() {
 }
 
 void Connection::RetireHandle() {
+    kept_.clear();
     if (state_ == State::kOpen) {
         sqlite3_busy_timeout(handle_, 0);
         // SQLite does no checkpoint when it closes a file that has moved, and a log that stays
@@ -215,6 +228,7 @@ void Connection::AttachRemembered() {
 }
 
 void Connection::Close() {
+    kept_.clear();
     if (state_ != State::kClosed) {
         ReplaceHandle(session_, nullptr);
         session_.close();

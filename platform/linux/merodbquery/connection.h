@@ -3,6 +3,7 @@
 #include <soci/soci.h>
 #include <sqlite3.h>
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,8 @@ class Connection {
     bool Usable();
     bool Run(const std::string& statement);
     soci::session& RawSession();
+    soci::statement& KeptStatement(const std::string& text);
+    void DropStatement(const std::string& text) { kept_.erase(text); }
     void Close();
 
  private:
@@ -49,6 +52,8 @@ class Connection {
     State state_ = State::kClosed;
     sqlite3* handle_ = nullptr;
     soci::session session_;
+    // By their texts; finalized before their handle is closed.
+    std::map<std::string, soci::statement> kept_;
     std::vector<AttachedSchema> attached_;
     // Handles of moved files that unfinished statements still need.
     std::vector<sqlite3*> retired_;

@@ -7,6 +7,19 @@ namespace merodbquery {
 InsertQuery::InsertQuery(const Session& session, std::string table)
     : Query(session), table_(std::move(table)) {}
 
+bool InsertQuery::Execute() {
+    try {
+        if (text_.empty()) {
+            text_ = GetQuery();
+        }
+        RunKept(text_);
+        return true;
+    } catch (const soci::soci_error& error) {
+        SetErrorText(error.what());
+        return false;
+    }
+}
+
 std::string InsertQuery::GetQuery() {
     for (const std::string& column : columns_) {
         CheckedName(column);

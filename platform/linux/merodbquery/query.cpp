@@ -1,5 +1,7 @@
 #include <merodbquery/query.h>
 
+#include "merodbquery/sqlite_backend.h"
+
 namespace merodbquery {
 
 Query::Query(const Session& session) : session_(session) {}
@@ -15,11 +17,15 @@ bool Query::Execute() {
     }
 }
 
-bool Query::PrepareAndExecute(bool fetch_first) {
+void Query::BeginRun() {
     was_run_ = false;
     last_fetch_ = false;
     replace_elements_ = true;
     error_text_.clear();
+}
+
+bool Query::PrepareAndExecute(bool fetch_first) {
+    BeginRun();
     // Before the session is asked for: a statement that is still open would keep a moved file open.
     statement_.reset();
     binder_.Clear();
@@ -36,6 +42,22 @@ bool Query::PrepareAndExecute(bool fetch_first) {
     last_fetch_ = statement_->execute(fetch_first);
     was_run_ = true;
     return last_fetch_;
+}
+
+void Query::RunKept(const std::string& text) {
+    BeginRun();
+    try {
+        soci::statement& statement = session_.KeptStatement(text);
+        ForgetBoundValues(statement);
+        for (const auto& exchange : elements_) {
+            exchange(statement);
+        }
+        statement.define_and_bind();
+        statement.execute(true);
+    } catch (...) {
+        session_.DropStatement(text);
+        throw;
+    }
 }
 
 bool Query::FetchNext() {

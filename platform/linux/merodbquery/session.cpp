@@ -22,6 +22,14 @@ soci::session& Session::GetRawSession() {
     return connection_->RawSession();
 }
 
+soci::statement& Session::KeptStatement(const std::string& text) {
+    return connection_->KeptStatement(text);
+}
+
+void Session::DropStatement(const std::string& text) {
+    connection_->DropStatement(text);
+}
+
 void Session::Disconnect() {
     connection_->Close();
 }

@@ -23,4 +23,12 @@ void ReplaceHandle(soci::session& session, sqlite3* handle) {
     HandleOf(session) = reinterpret_cast<sqlite_api::sqlite3*>(handle);
 }
 
+void ForgetBoundValues(soci::statement& statement) {
+    statement.bind_clean_up();
+    auto* backend = static_cast<soci::sqlite3_statement_backend*>(statement.get_backend());
+    backend->useData_.clear();
+    backend->boundByName_ = false;
+    backend->boundByPos_ = false;
+}
+
 }  // namespace merodbquery

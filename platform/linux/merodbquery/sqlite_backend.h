@@ -16,4 +16,7 @@ void OpenOnHandle(soci::session& session, sqlite3* handle);
 /// Statements that were prepared before stay with the old one, which the caller has to close.
 void ReplaceHandle(soci::session& session, sqlite3* handle);
 
+/// Lets `statement`, which ran before, take other values, and by other means.
+void ForgetBoundValues(soci::statement& statement);
+
 }  // namespace merodbquery

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <mailserver-log/export.h>
+#include <merodbquery/insert_query.h>
 #include <merodbquery/session.h>
 
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace serverlog::db {
@@ -23,17 +23,14 @@ MAILSERVER_LOG_EXPORT std::string fields_to_values_str(std::vector<std::string> 
 template <class T>
 class MAILSERVER_LOG_EXPORT CreaTable {
  public:
-    /// @param session  must outlive this object
-    CreaTable(merodbquery::Session& session, std::string table)
-        : table_(std::move(table)), session_(session) {}
+    CreaTable(merodbquery::Session& session, std::string table);
     virtual ~CreaTable() = default;
 
     /// Inserts one row. False if the statement failed; SQLite then left the table as it was.
     virtual bool Create(const T& record);
 
  private:
-    std::string table_;
-    merodbquery::Session& session_;
+    merodbquery::InsertQuery insert_;
 };
 
 }  // namespace serverlog::db

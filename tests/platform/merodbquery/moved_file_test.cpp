@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <merodbquery/insert_query.h>
 #include <merodbquery/select_query.h>
 #include <merodbquery/session.h>
 
@@ -15,6 +16,7 @@
 namespace {
 
 using merodbquery::Condition;
+using merodbquery::InsertQuery;
 using merodbquery::SelectQuery;
 using merodbquery::Session;
 using test::RunOnFile;
@@ -84,6 +86,32 @@ TEST_F(MovedFileTest, EveryUseOfEveryCopyGoesToThePath) {
         EXPECT_THAT(Rows(path), ElementsAre("other", "new", "again"));
         EXPECT_THAT(Rows(kAway), ElementsAre("old"));
     }
+}
+
+TEST_F(MovedFileTest, AnInsertThatIsKeptGoesToThePath) {
+    Session session = Session::SQLite(kPath);
+    InsertQuery insert(session, "t");
+    insert.SetInsertAll({"a"});
+    const auto add = [&insert](const std::string& text) {
+        insert.Bind(soci::use(text, "a"));
+        return insert.Execute();
+    };
+    EXPECT_TRUE(add("kept"));
+    fs::rename(kPath, kAway);
+    fs::copy_file(kOther, kPath);
+    EXPECT_TRUE(add("new"));
+    EXPECT_TRUE(add("again"));
+    EXPECT_THAT(Rows(kPath), ElementsAre("other", "new", "again"));
+    EXPECT_THAT(Rows(kAway), ElementsAre("old", "kept"));
+
+    RunOnFile(kPath, "ALTER TABLE t RENAME TO away");
+    EXPECT_FALSE(add("lost"));
+    EXPECT_THAT(insert.ErrorText(), testing::HasSubstr("no such table"));
+    RunOnFile(kPath, "ALTER TABLE away RENAME TO t");
+    EXPECT_TRUE(add("behind")) << insert.ErrorText();
+    EXPECT_THAT(Rows(kPath), ElementsAre("other", "new", "again", "behind"));
+    session.Disconnect();
+    EXPECT_FALSE(add("closed"));
 }
 
 TEST_F(MovedFileTest, ARemovedFileIsMadeAgainEmpty) {
