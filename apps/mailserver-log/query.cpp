@@ -32,7 +32,12 @@ namespace serverlog::program {
 
 namespace {
 
-using Result = std::tuple<int, Json::Value>;
+/// What a method of the JSON form gave.
+struct Result {
+    int code;
+    std::string data;    ///< as JSON text
+    Json::Value reason;  ///< of a failure
+};
 
 struct QueryOptions {
     std::string method;
@@ -63,15 +68,32 @@ template <class T>
 constexpr bool kTakesTitles = std::is_base_of_v<List_v1, T>;
 
 template <class T>
+constexpr bool kIsList = std::is_same_v<T, List_v1> || std::is_same_v<T, webapi::emaillog::List> ||
+                         std::is_same_v<T, webapi::securitylog::List>;
+
+template <class T>
+Result RunMethod(T& method) {
+    std::string text;
+    std::tuple<int, Json::Value> result;
+    if constexpr (kIsList<T>) {
+        result = webapi::RunPreparedAsText(method, text);
+    } else {
+        result = webapi::RunPrepared(method);
+    }
+    const auto& [code, data] = result;
+    return {code, text.empty() ? CompactJson(data) : text,
+            data.isObject() ? data["reason"] : Json::Value()};
+}
+
+template <class T>
 Result RunJson(const Json::Value& params, const std::optional<TestStrings>& strings) {
+    T method(params);
     if constexpr (kTakesTitles<T>) {
         if (strings) {
-            T method(params);
             SetTestString(method, *strings);
-            return webapi::RunPrepared(method);
         }
     }
-    return webapi::RunAPIMethod<T>(params);
+    return RunMethod(method);
 }
 
 template <class T>
@@ -171,14 +193,14 @@ void CheckDocument() {
 
 void QueryByJson(const Method& method, const Json::Value& params,
                  const std::optional<TestStrings>& strings) {
-    const auto [code, data] = method.run_json(params, strings);
+    const Result result = method.run_json(params, strings);
     if (method.writes_document) {
         CheckDocument();
     } else {
-        std::cout << "{\"code\":" << code << ",\"data\":" << CompactJson(data) << "}\n";
+        std::cout << "{\"code\":" << result.code << ",\"data\":" << result.data << "}\n";
     }
-    if (code != 0) {
-        Fail(method, code, data.isObject() ? data["reason"] : Json::Value());
+    if (result.code != 0) {
+        Fail(method, result.code, result.reason);
     }
 }
 

@@ -1,6 +1,9 @@
 #include "utils/time.h"
 
 #include <gtest/gtest.h>
+#include <mailserver-log/utils/time_text.h>
+
+#include <limits>
 
 #include "support/time_zone.h"
 
@@ -27,6 +30,24 @@ TEST(Time, TextIsLocalTime) {
         test::SetZone(row.zone);
         EXPECT_EQ(ConvertToTimeString(row.time), row.text) << row.zone << ' ' << row.time;
     }
+}
+
+TEST(Time, TextOfManyIsThatOfEach) {
+    test::SetZone(kSummerTimeZone);
+    TimeText text;
+    // Around both changes of the clock, forwards and backwards, within minutes and across them.
+    for (const long around : {0L, 1774746000L, 1792890000L, -86400L}) {
+        for (const long step : {1L, -1L, 7L, -59L, 60L, -3600L}) {
+            for (long i = -70; i <= 70; ++i) {
+                const long time = around + i * step;
+                EXPECT_EQ(text.Of(time), ConvertToTimeString(time)) << time;
+            }
+        }
+    }
+    constexpr long kBeyondTheCalendar = std::numeric_limits<long>::max();
+    EXPECT_EQ(text.Of(kBeyondTheCalendar), "");
+    EXPECT_EQ(ConvertToTimeString(kBeyondTheCalendar), "1900-01-00 00:00:00");
+    EXPECT_EQ(text.Of(0), "1970-01-01 01:00:00");
 }
 
 TEST(Time, DayStartsWithoutDaylightSaving) {

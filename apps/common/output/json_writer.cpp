@@ -1,5 +1,7 @@
 #include "output/json_writer.h"
 
+#include <mailserver-log/utils/json_string.h>
+
 #include "output/display_text.h"
 
 namespace serverlog::program {
@@ -21,11 +23,31 @@ std::string CompactJson(const Json::Value& value) {
     return ValidUtf8(Json::writeString(builder, value));
 }
 
+void AppendJson(std::string& out, std::int32_t value) {
+    out += std::to_string(value);
+}
+
+void AppendJson(std::string& out, std::uint64_t value) {
+    out += std::to_string(value);
+}
+
+void AppendJson(std::string& out, const std::string& value) {
+    utils::AppendJsonString(out, value);
+}
+
+void AppendJson(std::string& out, const Json::Value& value) {
+    out += CompactJson(value);
+}
+
 void JsonWriter::Write(const Json::Value& value) {
+    WriteText(CompactJson(value));
+}
+
+void JsonWriter::WriteText(std::string_view text) {
     if (form_ == Form::kArray) {
         out_ << (empty_ ? "[\n" : ",\n");
     }
-    out_ << CompactJson(value);
+    out_.write(text.data(), static_cast<std::streamsize>(text.size()));
     if (form_ == Form::kLines) {
         out_ << '\n';
     }

@@ -1,6 +1,14 @@
 #pragma once
 
+#include <mailserver-log/record/columns.h>
+#include <mailserver-log/utils/time_text.h>
+
+#include <charconv>
+#include <cstdint>
+#include <ctime>
 #include <string>
+#include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "stores/stores.h"
@@ -18,10 +26,67 @@ const std::vector<TableColumn>& TableColumns(const AdminStore& store);
 const std::vector<TableColumn>& TableColumns(const MailStore& store);
 const std::vector<TableColumn>& TableColumns(const SecurityStore& store);
 
-/// A record's cells, one a column in the record's order, as a person reads them: the date as local
-/// time, the status of a mail as its word.
-std::vector<std::string> ReadableCells(const record::AdminLog& record);
-std::vector<std::string> ReadableCells(const record::MailLog& record);
-std::vector<std::string> ReadableCells(const record::SecurityLog& record);
+/// The word of a mail's status, its number where it has none.
+std::string StatusWord(std::int32_t status);
+
+/// The cells of a store's records as a person reads them: the date as local time, the status of a
+/// mail as its word. Texts are handed on as they lie in the record, without a copy.
+template <class Record>
+class ReadableCells {
+ public:
+    /// Calls `visit(cell)` with each cell, one a column in the record's order; a cell is valid
+    /// during the call.
+    template <class Visit>
+    void ForEach(const Record& record, Visit visit) {
+        record::ForEachColumn<Record>([&](const auto& column) {
+            using Member = decltype(column.member);
+            if (IsMember(column.member, &Record::date)) {
+                visit(Date(static_cast<std::time_t>(record.date)));
+            } else if constexpr (std::is_same_v<Member, std::string Record::*>) {
+                visit(std::string_view(record.*column.member));
+            } else if constexpr (std::is_same_v<Member, Json::Value Record::*>) {
+                visit(std::string_view(record::internal::WriteText(record.*column.member)));
+            } else {
+                visit(Number(record, column.member));
+            }
+        });
+    }
+
+ private:
+    template <class A, class B>
+    static bool IsMember(A a, B b) {
+        if constexpr (std::is_same_v<A, B>) {
+            return a == b;
+        } else {
+            return false;
+        }
+    }
+
+    // Its number where it has no date in the calendar.
+    std::string_view Date(std::time_t time) {
+        const std::string_view text = times_.Of(time);
+        return text.empty() ? Decimal(time) : text;
+    }
+
+    template <class Value>
+    std::string_view Number(const Record& record, Value Record::*member) {
+        if constexpr (std::is_same_v<Record, record::MailLog>) {
+            if (member == &record::MailLog::status) {
+                return text_ = StatusWord(record.status);
+            }
+        }
+        return Decimal(record.*member);
+    }
+
+    template <class Value>
+    std::string_view Decimal(Value value) {
+        const auto end = std::to_chars(digits_, digits_ + sizeof digits_, value).ptr;
+        return {digits_, static_cast<std::size_t>(end - digits_)};
+    }
+
+    utils::TimeText times_;
+    std::string text_;
+    char digits_[24] = {};
+};
 
 }  // namespace serverlog::program

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "listing/list_view.h"
@@ -27,8 +28,9 @@ class NamedCells {
     }
 
     /// The record's cells of these columns.
-    std::vector<std::string> Of(const typename Store::Record& record) const {
-        const std::vector<std::string> all = ReadableCells(record);
+    std::vector<std::string> Of(const typename Store::Record& record) {
+        std::vector<std::string> all;
+        readable_.ForEach(record, [&all](std::string_view cell) { all.emplace_back(cell); });
         std::vector<std::string> cells;
         cells.reserve(indices_.size());
         for (const std::size_t index : indices_) {
@@ -38,6 +40,7 @@ class NamedCells {
     }
 
  private:
+    ReadableCells<typename Store::Record> readable_;
     std::vector<std::size_t> indices_;
 };
 

@@ -19,10 +19,13 @@ class CsvWriter {
 
     void Write(const std::vector<std::string>& cells);
 
- private:
-    void WriteCell(std::string_view cell);
+    /// Adds a cell to the row that EndRow writes.
+    void Add(std::string_view cell);
+    void EndRow();
 
+ private:
     std::ostream& out_;
+    std::string row_;
 };
 
 }  // namespace serverlog::program

@@ -5,6 +5,7 @@
 #include <memory>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "listing/list_view.h"
@@ -36,9 +37,7 @@ template <class Store>
 class JsonRecordWriter : public RecordWriter<Store> {
  public:
     JsonRecordWriter(std::ostream& out, JsonWriter::Form form) : json_(out, form) {}
-    void Write(const typename Store::Record& record) override {
-        json_.Write(record::ToJson(record));
-    }
+    void Write(const typename Store::Record& record) override { json_.WriteRecord(record); }
     void Finish() override { json_.Finish(); }
 
  private:
@@ -52,10 +51,14 @@ class CsvRecordWriter : public RecordWriter<Store> {
     explicit CsvRecordWriter(std::ostream& out) : csv_(out) {
         csv_.Write(record::ColumnNames<typename Store::Record>());
     }
-    void Write(const typename Store::Record& record) override { csv_.Write(ReadableCells(record)); }
+    void Write(const typename Store::Record& record) override {
+        cells_.ForEach(record, [this](std::string_view cell) { csv_.Add(cell); });
+        csv_.EndRow();
+    }
 
  private:
     CsvWriter csv_;
+    ReadableCells<typename Store::Record> cells_;
 };
 
 /// A table of the columns that matter to a person.

@@ -3,6 +3,7 @@
 #include <json/value.h>
 #include <mailserver-log/export.h>
 
+#include <string>
 #include <tuple>
 
 namespace MERO {
@@ -43,5 +44,14 @@ MAILSERVER_LOG_EXPORT void RunPrepared(BaseAPI& method, MERO::APIResponse* respo
 
 /// The same for a method object of the JSON form.
 MAILSERVER_LOG_EXPORT std::tuple<int, Json::Value> RunPrepared(BaseAPI& method);
+
+/// The same for a list whose payload is wanted as JSON text only: its ExecuteAsText.
+///
+/// @tparam List     one of adminlog::List_v1, emaillog::List and securitylog::List
+/// @param  payload  receives the text where the code is 0
+/// @return 0 and an object that says nothing, or what RunPrepared gives for the same failure
+template <class List>
+MAILSERVER_LOG_EXPORT std::tuple<int, Json::Value> RunPreparedAsText(List& method,
+                                                                     std::string& payload);
 
 }  // namespace serverlog::webapi

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <iomanip>
 #include <iterator>
 #include <memory>
@@ -131,11 +132,14 @@ std::string AddressToUtf8(const std::string& address) {
 
 std::string SizeToKb(int bytes) {
     const float kilobytes = static_cast<float>(bytes) * 0.0009765625F;
-    std::ostringstream stream;
-    stream << static_cast<double>(kilobytes);
-    const std::string text = stream.str();
-    const std::size_t point = text.find('.');
-    return (point == std::string::npos ? text : text.substr(0, point + 2)) + "KB";
+    // As a stream writes it, without making one: exports do this for every row.
+    constexpr int kStreamPrecision = 6;
+    char text[32];
+    const auto end = std::to_chars(text, text + sizeof text, static_cast<double>(kilobytes),
+                                   std::chars_format::general, kStreamPrecision)
+                         .ptr;
+    char* const point = std::find(text, end, '.');
+    return std::string(text, std::min(end, point + 2)) + "KB";
 }
 
 }  // namespace serverlog::utils

@@ -1,14 +1,15 @@
 #include "utils/time.h"
 
+#include <mailserver-log/utils/time_text.h>
+
+#include <string_view>
+
 namespace serverlog::utils {
 
 std::string ConvertToTimeString(long time) {
-    const std::time_t seconds = time;
-    std::tm local = {};
-    localtime_r(&seconds, &local);
-    char text[128] = {};
-    std::strftime(text, sizeof text, "%Y-%m-%d %T", &local);
-    return text;
+    TimeText text;
+    const std::string_view found = text.Of(time);
+    return found.empty() ? kNoCalendarTime : std::string(found);
 }
 
 std::time_t ConvertTimeStringToTime(const std::string& date) {

@@ -7,7 +7,11 @@
 /// may run in several threads at once. They are no inverses of each other, on purpose.
 namespace serverlog::utils {
 
-/// A point in time as local time, such as "2026-11-22 10:00:00".
+/// The text of a time in a year that is beyond the calendar: strftime(3) of nothing but zeros.
+inline constexpr char kNoCalendarTime[] = "1900-01-00 00:00:00";
+
+/// A point in time as local time, such as "2026-11-22 10:00:00"; kNoCalendarTime for one that has
+/// none.
 ///
 /// @param time  seconds since the epoch
 std::string ConvertToTimeString(long time);

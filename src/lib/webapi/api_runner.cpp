@@ -45,9 +45,12 @@ void RunPrepared(BaseAPI& method, MERO::APIResponse* response) {
     }
 }
 
-std::tuple<int, Json::Value> RunPrepared(BaseAPI& method) {
+namespace {
+
+template <class Work>
+std::tuple<int, Json::Value> Guarded(Work work) {
     try {
-        return method.RunByJson();
+        return work();
     } catch (const Exception<ETag::DB>& error) {
         LogFailure(kJsonDB, error);
         return make_output(kRunFailed, exception_str(error));
@@ -55,6 +58,23 @@ std::tuple<int, Json::Value> RunPrepared(BaseAPI& method) {
         LogUnknownFailure(kJsonUnknown);
         return make_output(kRunFailed, kUnknownFailure);
     }
+}
+
+}  // namespace
+
+std::tuple<int, Json::Value> RunPrepared(BaseAPI& method) {
+    return Guarded([&method] { return method.RunByJson(); });
+}
+
+template <class List>
+std::tuple<int, Json::Value> RunPreparedAsText(List& method, std::string& payload) {
+    return Guarded([&] {
+        std::tuple<int, Json::Value> result = method.ReadRequestFromJson();
+        if (std::get<0>(result) == 0) {
+            payload = method.ExecuteAsText();
+        }
+        return result;
+    });
 }
 
 template <class T>
@@ -81,6 +101,15 @@ MAILSERVER_LOG_INSTANTIATE(emaillog::Export);
 MAILSERVER_LOG_INSTANTIATE(securitylog::List);
 MAILSERVER_LOG_INSTANTIATE(securitylog::Export);
 
+#define MAILSERVER_LOG_INSTANTIATE_TEXT(List)                                            \
+    template MAILSERVER_LOG_EXPORT std::tuple<int, Json::Value> RunPreparedAsText<List>( \
+        List&, std::string&)
+
+MAILSERVER_LOG_INSTANTIATE_TEXT(adminlog::List_v1);
+MAILSERVER_LOG_INSTANTIATE_TEXT(emaillog::List);
+MAILSERVER_LOG_INSTANTIATE_TEXT(securitylog::List);
+
+#undef MAILSERVER_LOG_INSTANTIATE_TEXT
 #undef MAILSERVER_LOG_INSTANTIATE
 
 }  // namespace serverlog::webapi

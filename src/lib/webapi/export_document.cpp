@@ -46,14 +46,20 @@ void ExportDocument::Begin() {
     Write("</tr>\n");
 }
 
-void ExportDocument::Row(const std::vector<std::string>& values) {
-    Write("<tr>\n");
-    for (std::size_t i = 0; i < layout_.column_count; ++i) {
-        Write(layout_.columns[i].cell_begin);
-        Write(values.at(i));
-        Write(layout_.columns[i].cell_end);
+void ExportDocument::Cell(std::string_view value) {
+    if (cells_ == 0) {
+        row_ = "<tr>\n";
     }
-    Write("</tr>\n");
+    const ExportColumn& column = layout_.columns[cells_++];
+    row_ += column.cell_begin;
+    row_ += value;
+    row_ += column.cell_end;
+}
+
+void ExportDocument::EndRow() {
+    row_ += "</tr>\n";
+    Write(row_);
+    cells_ = 0;
     if (layout_.flushes_rows) {
         Flush();
     }

@@ -5,7 +5,7 @@
 
 #include <cstddef>
 #include <string>
-#include <vector>
+#include <string_view>
 
 namespace serverlog::webapi::internal {
 
@@ -56,9 +56,11 @@ class ExportDocument {
     /// Writes all that stands before the rows.
     void Begin();
 
-    /// Writes a row.
-    /// @param values  one for each column, written as they are
-    void Row(const std::vector<std::string>& values);
+    /// Adds the next cell of a row, written as it is.
+    void Cell(std::string_view value);
+
+    /// Writes the row of as many cells as there are columns.
+    void EndRow();
 
     /// Writes all that stands behind the rows, and flushes.
     void End();
@@ -69,24 +71,28 @@ class ExportDocument {
 
     const ExportLayout& layout_;
     const ExportTexts& texts_;
+    // One write a row, and no memory of its own for any cell.
+    std::string row_;
+    std::size_t cells_ = 0;
 };
 
 /// Writes the document of all rows of a query.
 ///
 /// @param query     not yet run
-/// @param record    what the query fetches into
-/// @param to_cells  makes the values of a row from the record
+/// @param record     what the query fetches into
+/// @param write_row  writes the cells of a row, write_row(record, document)
 ///
 /// Throws soci::soci_error if the query can't be run, which is behind the headings, and as
 /// ExportDocument does.
-template <class Record, class ToCells>
+template <class Record, class WriteRow>
 void WriteExport(const ExportLayout& layout, const ExportTexts& texts,
-                 db::UnionAllSelectQuery& query, const Record& record, ToCells to_cells) {
+                 db::UnionAllSelectQuery& query, const Record& record, WriteRow write_row) {
     ExportDocument document(layout, texts);
     document.Begin();
     query.ExecuteWithoutPreFetch();
     while (query.Fetch()) {
-        document.Row(to_cells(record));
+        write_row(record, document);
+        document.EndRow();
     }
     document.End();
 }

@@ -1,14 +1,17 @@
 #include "webapi/time_words.h"
 
-#include "utils/strings.h"
 #include "utils/time.h"
 
 namespace serverlog::webapi::internal {
 
-TimeWords::TimeWords(long seconds) {
-    const auto words = utils::Split(utils::ConvertToTimeString(seconds), ' ');
-    date = words.at(0);
-    time = words.at(1);
+std::string_view TimeFormat::TextOf(long seconds) {
+    const std::string_view text = text_.Of(seconds);
+    return text.empty() ? std::string_view(utils::kNoCalendarTime) : text;
+}
+
+TimeWords TimeFormat::Of(long seconds) {
+    const std::string_view text = TextOf(seconds);
+    return {utils::TimeText::DateOf(text), utils::TimeText::TimeOf(text)};
 }
 
 }  // namespace serverlog::webapi::internal

@@ -1,17 +1,30 @@
 #pragma once
 
-#include <string>
+#include <mailserver-log/utils/time_text.h>
+
+#include <string_view>
 
 namespace serverlog::webapi::internal {
 
 /// A point in time in the two words that lists and exports show: local date and time of day, such
 /// as "2026-11-22" and "10:00:00".
 struct TimeWords {
-    /// @param seconds  since the epoch
-    explicit TimeWords(long seconds);
+    std::string_view date;
+    std::string_view time;
+};
 
-    std::string date;
-    std::string time;
+/// The times of the rows of one list or export.
+class TimeFormat {
+ public:
+    /// What utils::ConvertToTimeString gives; valid until the next call, as are the words.
+    /// @param seconds  since the epoch
+    std::string_view TextOf(long seconds);
+
+    /// The two words of it.
+    TimeWords Of(long seconds);
+
+ private:
+    utils::TimeText text_;
 };
 
 }  // namespace serverlog::webapi::internal

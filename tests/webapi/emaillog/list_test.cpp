@@ -79,6 +79,23 @@ TEST_F(MailListTest, ShowsARow) {
     EXPECT_EQ(test::TextOf(test::PayloadOf<List>(params)), test::TextOf(test::JsonOf(payload)));
 }
 
+TEST_F(MailListTest, GivesItsPayloadAsText) {
+    for (const char* params :
+         {"{}", R"({"status":"any","offset":-1,"limit":2})", R"({"message_id":"none"})"}) {
+        List method(test::JsonOf(params));
+        std::string payload;
+        EXPECT_EQ(std::get<0>(RunPreparedAsText(method, payload)), 0) << params;
+        EXPECT_EQ(test::TextOf(test::JsonOf(payload)), test::TextOf(test::PayloadOf<List>(params)))
+            << params;
+    }
+    List method(test::JsonOf(R"({"db_path":"/tmp/none.db"})"));
+    std::string payload;
+    const auto failure = RunPreparedAsText(method, payload);
+    EXPECT_EQ(std::get<0>(failure), kRunFailed);
+    EXPECT_TRUE(std::get<1>(failure).isMember("reason"));
+    EXPECT_EQ(payload, "");
+}
+
 TEST_F(MailListTest, ShowsStatusSizeAndMissingRecipientInWords) {
     const std::string all = R"({"status":"any","sort_direction":"ASC"})";
     EXPECT_EQ(ListOf<List>(all, "mail_status"), "send receive receive bounce resend unknow");

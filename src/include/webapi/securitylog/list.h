@@ -39,6 +39,11 @@ class MAILSERVER_LOG_EXPORT List : public BaseDBQueryAPI {
     using BaseDBQueryAPI::BaseDBQueryAPI;
 
     std::tuple<int, Json::Value> Execute() override;
+
+    /// Does the work of Execute and gives the payload as JSON text without blanks, byte by byte
+    /// what a writer of UTF-8 would make of it. Bytes that are no UTF-8 become U+FFFD.
+    std::string ExecuteAsText();
+
     std::tuple<int, Json::Value> ReadAdvanceRequest() override;
     std::tuple<int, Json::Value> ReadAdvanceRequestFromJson() override;
     std::string SortBy(const std::string& sort_by) override;
@@ -50,6 +55,7 @@ class MAILSERVER_LOG_EXPORT List : public BaseDBQueryAPI {
 
     LogRows DbList(const std::string& reason);
     Json::Value ResponseBuilder(const LogRows& rows) const;
+    std::string ResponseText(const LogRows& rows) const;
 
     std::string db_path_ = db::StoreTraits<db::SecurityLogDB>::kPath;
     std::string lang_ = "enu";

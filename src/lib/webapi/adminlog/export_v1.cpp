@@ -3,9 +3,9 @@
 
 #include <iterator>
 
-#include "utils/time.h"
 #include "webapi/base_db_query_api_definitions.h"
 #include "webapi/export_document.h"
+#include "webapi/time_words.h"
 
 namespace serverlog::webapi::adminlog {
 
@@ -63,16 +63,17 @@ db::UnionAllSelectQuery Export_v1::DbStepList(db::AdminLogDB& db, record::AdminL
 void Export_v1::ExportLog(db::UnionAllSelectQuery& query, record::AdminLog& record) {
     const internal::ExportTexts texts = {texts_, Json::Value()};
     const Json::Value& titles = tab_titles_;
-    const auto to_cells = [&titles](const record::AdminLog& row) -> std::vector<std::string> {
+    internal::TimeFormat times;
+    const auto write_row = [&](const record::AdminLog& row, internal::ExportDocument& document) {
         // Nothing but the statement is escaped, on purpose: see the class.
-        return {titles[std::to_string(row.tab_type)].asString(),
-                HtmlStrEscape(row.statement),
-                row.user,
-                utils::ConvertToTimeString(static_cast<long>(row.date)),
-                row.ip,
-                row.server};
+        document.Cell(titles[std::to_string(row.tab_type)].asString());
+        document.Cell(HtmlStrEscape(row.statement));
+        document.Cell(row.user);
+        document.Cell(times.TextOf(static_cast<long>(row.date)));
+        document.Cell(row.ip);
+        document.Cell(row.server);
     };
-    internal::WriteExport(kLayout, texts, query, record, to_cells);
+    internal::WriteExport(kLayout, texts, query, record, write_row);
 }
 
 }  // namespace serverlog::webapi::adminlog

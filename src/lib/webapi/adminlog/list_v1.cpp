@@ -5,10 +5,10 @@
 #include "log/adminlog/toolkit/texts.h"
 #include "utils/files.h"
 #include "utils/strings.h"
-#include "utils/time.h"
 #include "webapi/base_db_query_api_definitions.h"
 #include "webapi/list_payload.h"
 #include "webapi/sort_field.h"
+#include "webapi/time_words.h"
 
 namespace serverlog::webapi::adminlog {
 
@@ -16,22 +16,24 @@ using merodbquery::Condition;
 
 namespace {
 
+constexpr char kReason[] = "list postcube server admin log record";
+
 // "statement" is none of them, on purpose.
 constexpr internal::SortField kSortFields[] = {
     {"date", "date"}, {"tab_type", "tab_type"}, {"user", "user"},
     {"ip", "ip"},     {"server", "server"},
 };
 
-Json::Value ToElement(const record::AdminLog& record) {
-    Json::Value element;
-    element["tab_type"] = record.tab_type;
-    element["statement"] = record.statement;
-    element["user"] = record.user;
-    element["date"] = utils::ConvertToTimeString(static_cast<long>(record.date));
-    element["ip"] = record.ip;
-    element["server"] = record.server;
-    return element;
-}
+/// Clients get the members sorted by their names.
+constexpr auto kDescribe = [](const record::AdminLog& record, internal::TimeFormat& times,
+                              auto& element) {
+    element.Add("date", times.TextOf(static_cast<long>(record.date)));
+    element.Add("ip", record.ip);
+    element.Add("server", record.server);
+    element.Add("statement", record.statement);
+    element.Add("tab_type", record.tab_type);
+    element.Add("user", record.user);
+};
 
 }  // namespace
 
@@ -122,7 +124,11 @@ BaseDBQueryAPI::ConditionTable List_v1::AdvanceSearch() {
 }
 
 std::tuple<int, Json::Value> List_v1::Execute() {
-    return {0, ResponseBuilder(DbList("list postcube server admin log record"))};
+    return {0, ResponseBuilder(DbList(kReason))};
+}
+
+std::string List_v1::ExecuteAsText() {
+    return ResponseText(DbList(kReason));
 }
 
 List_v1::LogRows List_v1::DbList(const std::string& reason) {
@@ -130,7 +136,11 @@ List_v1::LogRows List_v1::DbList(const std::string& reason) {
 }
 
 Json::Value List_v1::ResponseBuilder(const LogRows& rows) const {
-    return internal::ListPayload(rows, offset_, ToElement);
+    return internal::ListPayload(rows, offset_, kDescribe);
+}
+
+std::string List_v1::ResponseText(const LogRows& rows) const {
+    return internal::ListPayloadText(rows, offset_, kDescribe);
 }
 
 }  // namespace serverlog::webapi::adminlog

@@ -41,20 +41,26 @@ constexpr internal::ExportLayout kLayout = {
     std::size(kColumns),
 };
 
-std::vector<std::string> ToCells(const record::MailLog& record) {
-    const internal::TimeWords words(record.date);
-    // Nothing but the subject is escaped, on purpose: see the class.
-    return {record.message_id,
-            words.date,
-            words.time,
-            record.mail_from,
-            record.mail_to,
-            record.ori_mail_to.empty() ? "-" : record.ori_mail_to,
-            HtmlStrEscape(record.subject),
-            utils::SizeToKb(record.size),
-            record.host,
-            List::StatusInt2Str(record.status)};
-}
+class RowWriter {
+ public:
+    void operator()(const record::MailLog& record, internal::ExportDocument& document) {
+        const internal::TimeWords words = times_.Of(record.date);
+        // Nothing but the subject is escaped, on purpose: see the class.
+        document.Cell(record.message_id);
+        document.Cell(words.date);
+        document.Cell(words.time);
+        document.Cell(record.mail_from);
+        document.Cell(record.mail_to);
+        document.Cell(record.ori_mail_to.empty() ? std::string_view("-") : record.ori_mail_to);
+        document.Cell(HtmlStrEscape(record.subject));
+        document.Cell(utils::SizeToKb(record.size));
+        document.Cell(record.host);
+        document.Cell(List::StatusInt2Str(record.status));
+    }
+
+ private:
+    internal::TimeFormat times_;
+};
 
 }  // namespace
 
@@ -81,7 +87,7 @@ db::UnionAllSelectQuery Export::DbStepList(db::MailLogDB& db, record::MailLog& r
 void Export::ExportLog(db::UnionAllSelectQuery& query, record::MailLog& record) {
     internal::ExportTexts texts;
     texts.product = MDS::LocalizedStringParser::ParseTexts(log::adminlog::kPostCubeTexts + lang_);
-    internal::WriteExport(kLayout, texts, query, record, ToCells);
+    internal::WriteExport(kLayout, texts, query, record, RowWriter());
 }
 
 }  // namespace serverlog::webapi::emaillog

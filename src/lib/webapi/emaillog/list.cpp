@@ -16,6 +16,8 @@ using merodbquery::Condition;
 
 namespace {
 
+constexpr char kReason[] = "list postcube server mail log record";
+
 constexpr internal::SortField kSortFields[] = {
     {"time", "date"},       {"mail_size", "size"},
     {"mail_host", "host"},  {"mail_status", "status"},
@@ -85,21 +87,22 @@ Condition FromOwnDomain() {
     return condition;
 }
 
-Json::Value ToElement(const record::MailLog& record) {
-    const internal::TimeWords words(record.date);
-    Json::Value element;
-    element["mail_from"] = record.mail_from;
-    element["mail_to"] = record.mail_to;
-    element["message_id"] = record.message_id;
-    element["ori_mail_to"] = record.ori_mail_to.empty() ? "-" : record.ori_mail_to;
-    element["date"] = words.date;
-    element["time"] = words.time;
-    element["mail_size"] = utils::SizeToKb(record.size);
-    element["mail_status"] = List::StatusInt2Str(record.status);
-    element["subject"] = record.subject;
-    element["mail_host"] = record.host;
-    return element;
-}
+/// Clients get the members sorted by their names.
+constexpr auto kDescribe = [](const record::MailLog& record, internal::TimeFormat& times,
+                              auto& element) {
+    const internal::TimeWords words = times.Of(record.date);
+    element.Add("date", words.date);
+    element.Add("mail_from", record.mail_from);
+    element.Add("mail_host", record.host);
+    element.Add("mail_size", utils::SizeToKb(record.size));
+    element.Add("mail_status", List::StatusInt2Str(record.status));
+    element.Add("mail_to", record.mail_to);
+    element.Add("message_id", record.message_id);
+    element.Add("ori_mail_to",
+                record.ori_mail_to.empty() ? std::string_view("-") : record.ori_mail_to);
+    element.Add("subject", record.subject);
+    element.Add("time", words.time);
+};
 
 }  // namespace
 
@@ -190,7 +193,11 @@ Condition List::SizeCondition() const {
 }
 
 std::tuple<int, Json::Value> List::Execute() {
-    return {0, ResponseBuilder(DbList("list postcube server mail log record"))};
+    return {0, ResponseBuilder(DbList(kReason))};
+}
+
+std::string List::ExecuteAsText() {
+    return ResponseText(DbList(kReason));
 }
 
 List::LogRows List::DbList(const std::string& reason) {
@@ -198,7 +205,11 @@ List::LogRows List::DbList(const std::string& reason) {
 }
 
 Json::Value List::ResponseBuilder(const LogRows& rows) const {
-    return internal::ListPayload(rows, offset_, ToElement);
+    return internal::ListPayload(rows, offset_, kDescribe);
+}
+
+std::string List::ResponseText(const LogRows& rows) const {
+    return internal::ListPayloadText(rows, offset_, kDescribe);
 }
 
 }  // namespace serverlog::webapi::emaillog

@@ -39,13 +39,25 @@ constexpr internal::ExportLayout kLayout = {
     std::size(kColumns),
 };
 
-std::vector<std::string> ToCells(const record::SecurityLog& record) {
-    const internal::TimeWords words(record.date);
-    // Nothing but the subject is escaped, on purpose: see the class.
-    return {words.date,    words.time,       record.src,
-            record.sender, record.recipient, HtmlStrEscape(record.subject),
-            record.type,   record.host,      record.event};
-}
+class RowWriter {
+ public:
+    void operator()(const record::SecurityLog& record, internal::ExportDocument& document) {
+        const internal::TimeWords words = times_.Of(record.date);
+        // Nothing but the subject is escaped, on purpose: see the class.
+        document.Cell(words.date);
+        document.Cell(words.time);
+        document.Cell(record.src);
+        document.Cell(record.sender);
+        document.Cell(record.recipient);
+        document.Cell(HtmlStrEscape(record.subject));
+        document.Cell(record.type);
+        document.Cell(record.host);
+        document.Cell(record.event);
+    }
+
+ private:
+    internal::TimeFormat times_;
+};
 
 }  // namespace
 
@@ -73,7 +85,7 @@ void Export::ExportLog(db::UnionAllSelectQuery& query, record::SecurityLog& reco
     internal::ExportTexts texts;
     texts.product = MDS::LocalizedStringParser::ParseTexts(log::adminlog::kPostCubeTexts + lang_);
     texts.system = MDS::LocalizedStringParser::ParseTexts(log::adminlog::kSystemTexts + lang_);
-    internal::WriteExport(kLayout, texts, query, record, ToCells);
+    internal::WriteExport(kLayout, texts, query, record, RowWriter());
 }
 
 }  // namespace serverlog::webapi::securitylog

@@ -15,6 +15,8 @@ using merodbquery::Condition;
 
 namespace {
 
+constexpr char kReason[] = "list postcube server security log record";
+
 constexpr internal::SortField kSortFields[] = {
     {"time", "date"},           {"source", "src"},    {"mail_host", "host"},  {"date", "date"},
     {"recipient", "recipient"}, {"sender", "sender"}, {"subject", "subject"}, {"type", "type"},
@@ -30,20 +32,20 @@ Condition TypeCondition(const std::string& type) {
     return Condition::HasSubstring("type", is_known ? type : "");
 }
 
-Json::Value ToElement(const record::SecurityLog& record) {
-    const internal::TimeWords words(record.date);
-    Json::Value element;
-    element["date"] = words.date;
-    element["time"] = words.time;
-    element["event"] = record.event;
-    element["mail_host"] = record.host;
-    element["recipient"] = record.recipient;
-    element["sender"] = record.sender;
-    element["source"] = record.src;
-    element["subject"] = record.subject;
-    element["type"] = record.type;
-    return element;
-}
+/// Clients get the members sorted by their names.
+constexpr auto kDescribe = [](const record::SecurityLog& record, internal::TimeFormat& times,
+                              auto& element) {
+    const internal::TimeWords words = times.Of(record.date);
+    element.Add("date", words.date);
+    element.Add("event", record.event);
+    element.Add("mail_host", record.host);
+    element.Add("recipient", record.recipient);
+    element.Add("sender", record.sender);
+    element.Add("source", record.src);
+    element.Add("subject", record.subject);
+    element.Add("time", words.time);
+    element.Add("type", record.type);
+};
 
 }  // namespace
 
@@ -100,7 +102,11 @@ BaseDBQueryAPI::ConditionTable List::AdvanceSearch() {
 }
 
 std::tuple<int, Json::Value> List::Execute() {
-    return {0, ResponseBuilder(DbList("list postcube server security log record"))};
+    return {0, ResponseBuilder(DbList(kReason))};
+}
+
+std::string List::ExecuteAsText() {
+    return ResponseText(DbList(kReason));
 }
 
 List::LogRows List::DbList(const std::string& reason) {
@@ -108,7 +114,11 @@ List::LogRows List::DbList(const std::string& reason) {
 }
 
 Json::Value List::ResponseBuilder(const LogRows& rows) const {
-    return internal::ListPayload(rows, offset_, ToElement);
+    return internal::ListPayload(rows, offset_, kDescribe);
+}
+
+std::string List::ResponseText(const LogRows& rows) const {
+    return internal::ListPayloadText(rows, offset_, kDescribe);
 }
 
 }  // namespace serverlog::webapi::securitylog
