@@ -2,13 +2,16 @@
 
 #include <mailserver-log/db/lis_table.h>
 #include <mailserver-log/db/select_query_expose.h>
+#include <mailserver-log/record/columns.h>
 #include <merodbquery/select_query.h>
 #include <soci/soci.h>
 
 #include <algorithm>
+#include <type_traits>
 #include <utility>
 
 #include "db/page.h"
+#include "db/page_queries.h"
 #include "utils/db_command.h"
 
 namespace serverlog::db {
@@ -26,6 +29,30 @@ inline UnionBase::Order UnionOrder(bool descending) {
 
 /// The number of rows of a select, which selects all columns again afterwards.
 unsigned long Count(SelectQueryExpose& select);
+
+/// Adds a record that a row was fetched into, and leaves it fit for the next row.
+///
+/// Its texts are moved, since the next row replaces them all: copies would be made twice. Its JSON
+/// values stay as well, for a text that is no JSON may leave the one of the row before.
+template <class T>
+void Add(T& record, std::vector<T>& records) {
+    records.push_back(std::move(record));
+    record::ForEachColumn<T>([&](const auto& column) {
+        using Member = decltype(column.member);
+        if constexpr (std::is_same_v<Member, Json::Value T::*>) {
+            record.*column.member = records.back().*column.member;
+        }
+    });
+}
+
+/// Adds the rows of a query that was run. False, with the rows so far, if one can't be fetched.
+template <class T>
+bool FetchAll(UnionAllSelectQuery& query, T& record, std::vector<T>& records) {
+    while (query.Fetch()) {
+        Add(record, records);
+    }
+    return query.ErrorText().empty();
+}
 
 }  // namespace internal
 
@@ -57,7 +84,7 @@ std::vector<T> LisTable<T>::List(const merodbquery::Condition& condition, const 
     query.ExecuteWithoutPreFetch();
     std::vector<T> records;
     while (query.Fetch()) {
-        records.push_back(record);
+        internal::Add(record, records);
     }
     return records;
 }
@@ -73,14 +100,14 @@ template <class T>
 std::tuple<unsigned long, std::vector<T>> LisTable<T>::UnionList(
     const merodbquery::Condition& condition, const std::string& sort, const std::string& order,
     int offset, int limit, const std::vector<std::string>& schemas) {
-    T record;
     UnionAllSelectQuery query(session_);
-    query.Bind(soci::into(record));
+    std::vector<internal::CountedSchema> counted;
     unsigned long total = 0;
     for (const std::string& schema : schemas) {
         SelectQueryExpose select(session_, schema + "." + table_);
         select.Where(condition);
-        total += internal::Count(select);
+        counted.push_back({schema, internal::Count(select)});
+        total += counted.back().rows;
         query.UnionAll(select);
     }
     const internal::Page page = internal::FromNearerEnd(
@@ -90,10 +117,21 @@ std::tuple<unsigned long, std::vector<T>> LisTable<T>::UnionList(
     }
     query.Offset(page.offset);
     query.Limit(page.limit);
+    T record;
+    query.Bind(soci::into(record));
     query.ExecuteWithoutPreFetch();
     std::vector<T> records;
-    while (query.Fetch()) {
-        records.push_back(record);
+    auto faster = internal::PageQueries({session_, table_, condition, sort, counted}, page);
+    if (faster.empty() && total > 0) {
+        // Without a row to come SQLite would look through all of them once more to find none.
+        internal::FetchAll(query, record, records);
+    }
+    for (internal::PageQuery& part : faster) {
+        part.Bind(soci::into(record));
+        part.ExecuteWithoutPreFetch();
+        if (!internal::FetchAll(part, record, records)) {
+            break;
+        }
     }
     if (page.reversed) {
         std::reverse(records.begin(), records.end());
