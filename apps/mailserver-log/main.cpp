@@ -4,6 +4,7 @@
 
 #include "output/standard_output.h"
 #include "process/failure.h"
+#include "process/sqlite_mode.h"
 #include "program.h"
 
 namespace {
@@ -55,5 +56,6 @@ int Run(CLI::App& program, int argc, char** argv) {
 
 int main(int argc, char** argv) {
     std::ios::sync_with_stdio(false);
+    serverlog::program::PrepareSqlite();
     return Run(*serverlog::program::MakeProgram(), argc, argv);
 }
