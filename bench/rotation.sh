@@ -54,7 +54,7 @@ value() {
         webapi_param) echo "'{\"id\":' || i || '}'" ;;
         *_id | subject | statement) echo "'text of ' || i || ' ' || hex(randomblob(12))" ;;
         tab_type | uid | size | status) echo "i % 1000" ;;
-        *) echo "'name' || (i * 31) % 5000 || '@example.org'" ;;
+        *) echo "'name' || (i * 31 % 5000) || '@example.org'" ;;
     esac
 }
 
