@@ -251,8 +251,7 @@ TEST_F(Engine, ErrorsNameTheirDatabase) {
 }
 
 TEST_F(Engine, WithoutItsFolderItFailsAndStaysAlive) {
-    EXPECT_EQ(test::InChild([this] {
-                  test::DropCapabilities();
+    EXPECT_EQ(test::InChildWithoutRights([this] {
                   MailLogger logger(300);
                   const std::string error = std::to_string(logger.error());
                   logger.statistic();

@@ -13,7 +13,6 @@
 #include <vector>
 
 #include "support/child.h"
-#include "support/fake_clock.h"
 #include "support/spool.h"
 #include "support/sqlite_file.h"
 #include "support/statistics.h"
@@ -22,7 +21,6 @@
 
 namespace {
 
-using test::FakeClock;
 using test::LocalTime;
 using test::RunOnFile;
 using test::SecurityEvent;

@@ -74,6 +74,13 @@ std::string InChild(const std::function<std::string()>& work) {
     return Child(work).Wait();
 }
 
+std::string InChildWithoutRights(const std::function<std::string()>& work) {
+    return InChild([&work] {
+        DropCapabilities();
+        return work();
+    });
+}
+
 void DropCapabilities() {
     __user_cap_header_struct header = {_LINUX_CAPABILITY_VERSION_3, 0};
     __user_cap_data_struct none[_LINUX_CAPABILITY_U32S_3] = {};

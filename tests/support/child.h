@@ -37,6 +37,9 @@ class Child {
 /// Child(work).Wait().
 std::string InChild(const std::function<std::string()>& work);
 
+/// InChild, where the child is held to the owner and mode of files: see DropCapabilities.
+std::string InChildWithoutRights(const std::function<std::string()>& work);
+
 /// Takes from the process, for good, all that lets user 0 do more than others: it is then held to
 /// the owner and mode of files and to the ids that it has.
 void DropCapabilities();

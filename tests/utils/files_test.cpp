@@ -155,23 +155,18 @@ TEST_F(Files, MissingRightsAreFailures) {
     };
     for (const auto& row : rows) {
         ASSERT_EQ(chmod(locked.c_str(), row.mode), 0);
-        const auto without_rights = [&row] {
-            test::DropCapabilities();
-            return Outcome(row.call);
-        };
-        EXPECT_EQ(test::InChild(without_rights), row.text);
+        EXPECT_EQ(test::InChildWithoutRights([&row] { return Outcome(row.call); }), row.text);
         EXPECT_EQ(log_.TakeErrors(), std::vector<std::string>{row.text});
     }
     EXPECT_EQ(FileContent(inside) + FileContent(kThere + "/copied"), "xx");
 
     const auto silent = [&] {
-        test::DropCapabilities();
         chmod(locked.c_str(), 0000);
         return std::string(CanAccess(inside) || Unlink(inside) || !FileContent(inside).empty()
                                ? "got through"
                                : "refused");
     };
-    EXPECT_EQ(test::InChild(silent), "refused");
+    EXPECT_EQ(test::InChildWithoutRights(silent), "refused");
     EXPECT_TRUE(CanAccess(file_));
     EXPECT_TRUE(Unlink(link_));
     EXPECT_FALSE(Unlink(link_));

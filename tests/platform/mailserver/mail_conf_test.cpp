@@ -1,5 +1,3 @@
-#include <fcntl.h>
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <mailserver/mail_conf.h>
 #include <signal.h>
@@ -145,11 +143,7 @@ TEST_F(MailConf, FileThatCannotBeReadIsAFailure) {
                std::to_string(mailConfSet("a", "2", false, 0));
     };
     test::WriteTextFile(kPath, "a=\"1\"\n", 0);
-    EXPECT_EQ(test::InChild([&] {
-                  test::DropCapabilities();
-                  return get_and_set();
-              }),
-              "-1,-1");
+    EXPECT_EQ(test::InChildWithoutRights(get_and_set), "-1,-1");
     const std::string line = std::string("read ") + kPath + ": ";
     EXPECT_EQ(log_.TakeTexts(LOG_MAIL | LOG_WARNING),
               (Lines{line + "Permission denied", line + "Permission denied"}));
@@ -177,8 +171,7 @@ TEST_F(MailConf, FailedWriteLeavesTheOldFile) {
               }),
               "-1");
     EXPECT_EQ(Files(), Lines{"mailserver.conf"});
-    EXPECT_EQ(test::InChild([] {
-                  test::DropCapabilities();
+    EXPECT_EQ(test::InChildWithoutRights([] {
                   chmod(kFolder, 0555);
                   return std::to_string(mailConfSet("b", "2", false, 0));
               }),

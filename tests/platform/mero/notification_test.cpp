@@ -5,7 +5,6 @@
 
 #include <filesystem>
 #include <string>
-#include <vector>
 
 #include "support/syslog_socket.h"
 #include "support/text_file.h"
@@ -14,7 +13,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::UnorderedElementsAre;
 
 constexpr char kTag[] = "POSTCUBE_SERVER_ARCHIVE_SHARE_REMOVE";
 const std::string kTexts = PROJECT_SOURCE_DIRECTORY "/texts/";

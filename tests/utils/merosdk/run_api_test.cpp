@@ -3,13 +3,11 @@
 #include <gtest/gtest.h>
 #include <mailserver-log/exception/exception.h>
 #include <mero/api_runner.h>
-#include <syslog.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <functional>
 #include <regex>
-#include <stdexcept>
 #include <vector>
 
 #include "support/child.h"

@@ -6,7 +6,6 @@
 
 #include <functional>
 #include <stdexcept>
-#include <vector>
 
 #include "support/child.h"
 #include "support/syslog_socket.h"
