@@ -40,6 +40,7 @@ class DBHandler {
     /// The open connection, owned here and valid up to disconnect(); null when not connected.
     sqlite3* getDB() const { return connection_; }
 
+    /// The path that it was made with.
     const std::string& getDBPath() const { return path_; }
 
     /// The result of the last call here that runs, opens or closes something.

@@ -2,6 +2,7 @@
 
 #include <string>
 
+/// @file
 /// Settings of the mail server, kept in `/var/packages/PostCube-Server/etc/mailserver.conf` as
 /// lines `key="value"` with a backslash before each double quote and each backslash of the value.
 /// Blank lines and lines that begin with "#" are comments. Of a repeated key the last line counts.

@@ -35,8 +35,8 @@ class APIResponse {
     /// Whether the program that carries out the call is to write Reply().
     bool IsOutputEnabled() const { return output_enabled_; }
 
-    /// The document that the client gets: {"success":true,"data":<body>}, or
-    /// {"success":false,"error":{"code":<code>}}, to which the body of a failure does not belong.
+    /// The document that the client gets: `{"success":true,"data":…}` with the body, or
+    /// `{"success":false,"error":{"code":…}}`, to which the body of a failure does not belong.
     Json::Value Reply() const;
 
  private:

@@ -1,7 +1,7 @@
 #pragma once
 
 /// Gives the name of the PPPoE interface: the first by name of the network interfaces that the
-/// kernel lists as point-to-point protocol links (/sys/class/net/<name>/type 512, ARPHRD_PPP).
+/// kernel lists as point-to-point protocol links (`/sys/class/net/<name>/type` 512, ARPHRD_PPP).
 ///
 /// @param buffer  receives the name with a terminating NUL
 /// @param size    room in `buffer` in bytes, the NUL included

@@ -17,7 +17,10 @@ class ConditionalQuery : public Query {
     /// Replaces the condition; Condition::Null() at first.
     void Where(const Condition& condition) { condition_ = condition; }
 
+    /// What Where was given last.
     const Condition& GetCondition() const { return condition_; }
+
+    /// As it was given.
     const std::string& GetTable() const { return table_; }
 
  private:

@@ -19,9 +19,10 @@ using BoundValue = std::variant<std::string, long long, double>;
 /// in the text.
 class PositionBinder {
  public:
+    /// @param kind  the kind of database that the statement is for
     explicit PositionBinder(DatabaseKind kind = DatabaseKind::kSQLite) : kind_(kind) {}
 
-    /// The kind of database that the statement is for.
+    /// As it was given.
     DatabaseKind GetKind() const { return kind_; }
 
     /// Takes over `value` as that of the next placeholder.

@@ -12,12 +12,13 @@
 namespace merodbquery {
 
 /// One statement with the objects that its values come from and its rows go to. Can be run again;
-/// each run composes and prepares it anew. Movable, also between running and fetching.
-///
-/// Holds its own copy of the session, so that the connection outlives it.
+/// each run composes and prepares it anew.
 class Query {
  public:
+    /// @param session  copied, so that the connection outlives the query
     explicit Query(const Session& session);
+
+    /// Also between running and fetching.
     Query(Query&&) = default;
 
     /// Binds what soci::into(object[, indicator]) gives: each fetched row goes to `object`, which
@@ -39,6 +40,7 @@ class Query {
         });
     }
 
+    /// The same with an indicator, which has to live as long.
     template <class T, class Indicator>
     void Bind(const soci::details::use_container<T, Indicator>& element) {
         AddElement([&object = element.t, &indicator = element.ind,
@@ -84,6 +86,7 @@ class Query {
     /// session is not good or the query was not run. Exceptions pass on as above.
     bool FetchNext();
 
+    /// What ErrorText() is to give.
     void SetErrorText(std::string text) { error_text_ = std::move(text); }
 
     /// The result of the last fetch.

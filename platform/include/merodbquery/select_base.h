@@ -11,6 +11,7 @@ namespace merodbquery {
 /// The clauses of one select.
 class SelectBase {
  public:
+    /// The direction of a term of order, with the numbers that the interface fixes.
     enum Order : int { ASC = 0, DESC = 1 };
 
     virtual ~SelectBase() = default;

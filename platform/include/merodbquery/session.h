@@ -39,9 +39,11 @@ class Session {
     ///         or holds a NUL. Such a session stays so. Never throws for these.
     static Session SQLite(const std::string& path);
 
-    // No moving: a session that was moved from would have no connection to ask.
+    ///@{
+    /// No moving: a session that was moved from would have no connection to ask.
     Session(const Session&) = default;
     Session& operator=(const Session&) = default;
+    ///@}
 
     /// True when the connection is usable: it was opened, not disconnected, and not lost in
     /// reopening. A lost one tries again here. Costs nothing otherwise.

@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// What went wrong last in a function of the platform's C library or of the mail server's libraries
 /// that keeps it: each thread has its own, and success leaves it as it is. For messages only.
 

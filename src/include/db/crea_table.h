@@ -23,6 +23,7 @@ MAILSERVER_LOG_EXPORT std::string fields_to_values_str(std::vector<std::string> 
 template <class T>
 class MAILSERVER_LOG_EXPORT CreaTable {
  public:
+    /// @param session  copied, and so need not outlive this object
     CreaTable(merodbquery::Session& session, std::string table);
     virtual ~CreaTable() = default;
 

@@ -19,6 +19,7 @@ namespace serverlog::db {
 class MAILSERVER_LOG_EXPORT UnionAllSelectQuery : public merodbquery::ConditionalQuery,
                                                   public UnionBase {
  public:
+    /// @param session  copied, and so need not outlive this object
     explicit UnionAllSelectQuery(const merodbquery::Session& session);
 
     /// Adds a select with its condition. The select may be destroyed afterwards.

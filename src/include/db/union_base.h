@@ -12,6 +12,7 @@ namespace serverlog::db {
 /// The clauses that stand once, behind the last select of a union, and apply to the whole of it.
 class MAILSERVER_LOG_EXPORT UnionBase {
  public:
+    /// The direction of a term of order.
     enum Order { ASC = 0, DESC = 1 };
 
     /// Appends a term of order; earlier calls weigh more.

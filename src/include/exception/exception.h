@@ -102,8 +102,10 @@ struct exception_traits<ETag::SDK> {
 template <ETag Tag>
 class MAILSERVER_LOG_EXPORT Exception : public std::runtime_error {
  public:
+    /// The codes of the family.
     using value_t = typename exception_traits<Tag>::value_t;
 
+    /// Writes no error line; make_exception does.
     Exception(value_t code, const std::string& detail) : std::runtime_error(detail), code_(code) {}
 
     /// The code given at creation; may lie outside the named codes of the family.

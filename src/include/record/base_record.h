@@ -36,9 +36,12 @@ class MAILSERVER_LOG_EXPORT BaseRecord {
     virtual void soci_ToBase(soci::values& values, soci::indicator& indicator) const = 0;
 
  protected:
+    ///@{
+    /// As a part of a record only, so that none is cut down to this.
     BaseRecord() = default;
     BaseRecord(const BaseRecord&) = default;
     BaseRecord& operator=(const BaseRecord&) = default;
+    ///@}
 };
 
 namespace internal {

@@ -23,10 +23,11 @@ enum class NullText { Refused, Empty };
 /// One column: its name in the table, in JSON and in headings, and the member that holds its value.
 template <class Record, class Value>
 struct Column {
-    const char* name;
-    Value Record::*member;
+    const char* name;       ///< a literal
+    Value Record::*member;  ///< a number, text or JSON value
 };
 
+/// Lets Column{"date", &MailLog::date} do without template arguments.
 template <class Record, class Value>
 Column(const char*, Value Record::*) -> Column<Record, Value>;
 

@@ -40,6 +40,7 @@ class MAILSERVER_LOG_EXPORT StatementRow {
     /// Has the parameters take new values. What was bound before stays where it is not replaced.
     void BeginBinding();
 
+    ///@{
     /// Reads a column, of the declared type that SOCI would want for the value's type.
     ///
     /// @param index  the record's columns counted from 0; read and bound in this order
@@ -49,6 +50,7 @@ class MAILSERVER_LOG_EXPORT StatementRow {
     bool Read(std::size_t index, const char* name, std::int32_t& value) const;
     bool Read(std::size_t index, const char* name, std::int64_t& value) const;
     bool Read(std::size_t index, const char* name, std::string& value) const;
+    ///@}
 
     /// Whether a column is declared as a text. soci::soci_error as Read.
     bool IsText(std::size_t index, const char* name) const;
@@ -56,6 +58,7 @@ class MAILSERVER_LOG_EXPORT StatementRow {
     /// Whether a column is NULL, whatever its declared type is. soci::soci_error as Read.
     bool IsNull(std::size_t index, const char* name) const;
 
+    ///@{
     /// Binds a value to the parameter of that name, if the statement has one. soci::soci_error when
     /// SQLite does not take it.
     ///
@@ -63,6 +66,7 @@ class MAILSERVER_LOG_EXPORT StatementRow {
     void Bind(std::size_t index, const char* name, std::int32_t value);
     void Bind(std::size_t index, const char* name, std::int64_t value);
     void Bind(std::size_t index, const char* name, const std::string& value);
+    ///@}
 
     /// Binds a text of which SQLite keeps a copy.
     void BindCopy(std::size_t index, const char* name, const std::string& value);

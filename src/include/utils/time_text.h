@@ -21,9 +21,11 @@ class MAILSERVER_LOG_EXPORT TimeText {
     /// @return      valid until the next call; empty for a year that is beyond the calendar
     std::string_view Of(std::time_t time);
 
+    ///@{
     /// The two words of such a text.
     static std::string_view DateOf(std::string_view text) { return text.substr(0, Blank(text)); }
     static std::string_view TimeOf(std::string_view text) { return text.substr(Blank(text) + 1); }
+    ///@}
 
  private:
     static std::size_t Blank(std::string_view text) { return text.find(' '); }

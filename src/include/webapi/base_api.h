@@ -75,7 +75,7 @@ class MAILSERVER_LOG_EXPORT BaseAPI {
     MERO::APIRequest* request_ = nullptr;    ///< null in the JSON form
     MERO::APIResponse* response_ = nullptr;  ///< null in the JSON form
     Json::Value json_params_;                ///< an empty object in the request form
-    bool output_enabled_ = true;
+    bool output_enabled_ = true;             ///< whether the frame writes the reply
 
  private:
     void SetOutput(bool enabled);

@@ -69,15 +69,23 @@ class MAILSERVER_LOG_EXPORT BaseDBQueryAPI : public BaseAPI {
     template <class DB>
     using Rows = std::tuple<unsigned long, std::vector<typename db::StoreTraits<DB>::Record>>;
 
+    ///@{
     /// A parameter of either form, without validator.
     MERO::APIParameter<std::string> GetAPIParam(const std::string& key);
     MERO::APIParameter<int> GetAPIIntParam(const std::string& key);
+    ///@}
 
+    ///@{
     /// Takes a parameter over into a field, which keeps what it has when the parameter is invalid.
     void ReadParam(const std::string& key, std::string& field);
     void ReadParam(const std::string& key, int& field);
+    ///@}
 
+    /// Reads the parameters that all methods have. Always 0.
     std::tuple<int, Json::Value> ReadCommonRequest();
+
+    /// Whether each column has a text of its own to look for. The parameter `action` tells, "find"
+    /// for no; without it an advance search is what has no `query`.
     bool IsAdvanceSearch() const;
 
     /// The column to sort by; empty unless it is one of `columns`.
@@ -101,6 +109,8 @@ class MAILSERVER_LOG_EXPORT BaseDBQueryAPI : public BaseAPI {
     template <class DB>
     db::UnionAllSelectQuery StepStore(DB& store, typename db::StoreTraits<DB>::Record& record);
 
+    ///@{
+    /// A parameter that all methods have, under its own name.
     int offset_ = 0;
     long limit_ = -1;
     std::string query_;  ///< trimmed and in upper case
@@ -109,6 +119,7 @@ class MAILSERVER_LOG_EXPORT BaseDBQueryAPI : public BaseAPI {
     std::string sort_direction_ = "DESC";
     std::string date_from_;
     std::string date_to_;
+    ///@}
 };
 
 }  // namespace serverlog::webapi

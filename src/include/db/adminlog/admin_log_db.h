@@ -14,6 +14,7 @@ namespace serverlog::db {
 /// The admin log store: what administrators did.
 class MAILSERVER_LOG_EXPORT AdminLogDB : public BaseDB {
  public:
+    /// @param session  as BaseDB takes it
     explicit AdminLogDB(merodbquery::Session& session);
 
     /// The copy has a table of its own on its own session, which shares the connection.

@@ -14,6 +14,7 @@ namespace serverlog::db {
 /// The mail log store: what happened to each mail.
 class MAILSERVER_LOG_EXPORT MailLogDB : public BaseDB {
  public:
+    /// @param session  as BaseDB takes it
     explicit MailLogDB(merodbquery::Session& session);
 
     /// The copy has a table of its own on its own session, which shares the connection.

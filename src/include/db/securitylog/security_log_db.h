@@ -14,6 +14,7 @@ namespace serverlog::db {
 /// The security log store: what was rejected or filtered.
 class MAILSERVER_LOG_EXPORT SecurityLogDB : public BaseDB {
  public:
+    /// @param session  as BaseDB takes it
     explicit SecurityLogDB(merodbquery::Session& session);
 
     /// The copy has a table of its own on its own session, which shares the connection.

@@ -16,10 +16,10 @@ namespace serverlog::log::archive {
 /// What an Archiver hands over: the values below, added up. Further bits mean nothing.
 using ArchiveFlags = std::uint32_t;
 
-inline constexpr ArchiveFlags kArchiveAdminLog = 1;
-inline constexpr ArchiveFlags kArchiveMailLog = 2;
-inline constexpr ArchiveFlags kArchiveSecurityLog = 4;
-inline constexpr ArchiveFlags kArchivePlainMailLogs = 8;
+inline constexpr ArchiveFlags kArchiveAdminLog = 1;       ///< the store of the admin log
+inline constexpr ArchiveFlags kArchiveMailLog = 2;        ///< that of the mail log
+inline constexpr ArchiveFlags kArchiveSecurityLog = 4;    ///< that of the security log
+inline constexpr ArchiveFlags kArchivePlainMailLogs = 8;  ///< the plain text mail logs
 
 /// Hands the logs over to a folder of the administrator's choice: a copy of each store's current
 /// file, the rows that rotation gathered for the archive, whose files are moved there under a name
@@ -37,6 +37,7 @@ inline constexpr ArchiveFlags kArchivePlainMailLogs = 8;
 /// on a file that it copies.
 class MAILSERVER_LOG_EXPORT Archiver {
  public:
+    /// @param flags  what Archive and CopyDb hand over
     explicit Archiver(ArchiveFlags flags);
     ~Archiver();
 

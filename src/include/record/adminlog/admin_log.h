@@ -24,6 +24,7 @@ class MAILSERVER_LOG_EXPORT AdminLog : public BaseRecord {
             Column{"server", &AdminLog::server}, Column{"webapi_param", &AdminLog::webapi_param});
     }
 
+    /// How a NULL in a text column is read.
     static constexpr NullText kNullText = NullText::Refused;
 
     const std::vector<std::string>& GetInsertFields() const override;
@@ -33,19 +34,21 @@ class MAILSERVER_LOG_EXPORT AdminLog : public BaseRecord {
     void soci_FromBase(const soci::values& values) override;
     void soci_ToBase(soci::values& values, soci::indicator& indicator) const override;
 
+    ///@{
     /// What soci::into and soci::use do with a record. Take the columns from a fetched row, failing
     /// as soci_FromBase does, and give them to a statement; soci::soci_error if that takes one not.
     void ReadFrom(const StatementRow& row);
     void WriteTo(StatementRow& row) const;
+    ///@}
 
-    std::int32_t tab_type = 0;
-    std::uint64_t uid = 0;
-    std::uint64_t date = 0;  ///< seconds since the epoch
-    std::string statement;
-    std::string user;
-    std::string ip;
-    std::string server;
-    Json::Value webapi_param;  ///< stored as JSON text
+    std::int32_t tab_type = 0;  ///< tab of the management page that the operation belongs to
+    std::uint64_t uid = 0;      ///< number of the administrator
+    std::uint64_t date = 0;     ///< seconds since the epoch
+    std::string statement;      ///< what was done, in words
+    std::string user;           ///< login name of the administrator
+    std::string ip;             ///< where the call came from
+    std::string server;         ///< address of the host, in round brackets
+    Json::Value webapi_param;   ///< parameters of the call; stored as JSON text
 };
 
 /// Compares all columns.

@@ -25,6 +25,7 @@ class MAILSERVER_LOG_EXPORT MailLog : public BaseRecord {
             Column{"subject", &MailLog::subject});
     }
 
+    /// How a NULL in a text column is read.
     static constexpr NullText kNullText = NullText::Empty;
 
     const std::vector<std::string>& GetInsertFields() const override;
@@ -33,21 +34,23 @@ class MAILSERVER_LOG_EXPORT MailLog : public BaseRecord {
     void soci_FromBase(const soci::values& values) override;
     void soci_ToBase(soci::values& values, soci::indicator& indicator) const override;
 
+    ///@{
     /// What soci::into and soci::use do with a record. Take the columns from a fetched row, failing
     /// as soci_FromBase does, and give them to a statement; soci::soci_error if that takes one not.
     void ReadFrom(const StatementRow& row);
     void WriteTo(StatementRow& row) const;
+    ///@}
 
     std::int32_t date = 0;    ///< seconds since the epoch
     std::int32_t size = 0;    ///< bytes
     std::int32_t status = 0;  ///< sent 0, received 1, bounced 2, resent 3, rejected 4
-    std::string message_id;
-    std::string queue_id;
-    std::string mail_from;
-    std::string mail_to;
-    std::string host;
-    std::string subject;
-    std::string ori_mail_to;
+    std::string message_id;   ///< as the mail's header has it
+    std::string queue_id;     ///< what the mail server calls the mail while it has it
+    std::string mail_from;    ///< address of the sender; empty for a notification
+    std::string mail_to;      ///< address of the recipient
+    std::string host;         ///< host that logged the event
+    std::string subject;      ///< may hold encoded words (RFC 2047)
+    std::string ori_mail_to;  ///< recipient before aliases; may be empty
 };
 
 /// Compares all columns.

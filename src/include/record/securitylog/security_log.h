@@ -23,6 +23,7 @@ class MAILSERVER_LOG_EXPORT SecurityLog : public BaseRecord {
             Column{"subject", &SecurityLog::subject}, Column{"type", &SecurityLog::type});
     }
 
+    /// How a NULL in a text column is read.
     static constexpr NullText kNullText = NullText::Empty;
 
     const std::vector<std::string>& GetInsertFields() const override;
@@ -31,19 +32,21 @@ class MAILSERVER_LOG_EXPORT SecurityLog : public BaseRecord {
     void soci_FromBase(const soci::values& values) override;
     void soci_ToBase(soci::values& values, soci::indicator& indicator) const override;
 
+    ///@{
     /// What soci::into and soci::use do with a record. Take the columns from a fetched row, failing
     /// as soci_FromBase does, and give them to a statement; soci::soci_error if that takes one not.
     void ReadFrom(const StatementRow& row);
     void WriteTo(StatementRow& row) const;
+    ///@}
 
     std::int32_t date = 0;  ///< seconds since the epoch
-    std::string src;
-    std::string type;
-    std::string event;
-    std::string host;
-    std::string sender;
-    std::string recipient;
-    std::string subject;
+    std::string src;        ///< address of the host that the mail came from
+    std::string type;       ///< why, as a word: reject, spam, virus, …
+    std::string event;      ///< what the filter said
+    std::string host;       ///< host that logged the event
+    std::string sender;     ///< address; may be empty
+    std::string recipient;  ///< address; may be empty
+    std::string subject;    ///< may hold encoded words (RFC 2047)
 };
 
 /// Compares all columns.

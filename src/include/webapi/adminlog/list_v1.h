@@ -58,13 +58,24 @@ class MAILSERVER_LOG_EXPORT List_v1 : public BaseDBQueryAPI {
     void SetTestString(const Json::Value& titles);
 
  protected:
+    /// Number and page of the rows that a list gives.
     using LogRows = Rows<db::AdminLogDB>;
 
+    /// As ListStore, on the log of the parameter `db_path`.
     LogRows DbList(const std::string& reason);
+
+    /// The payload of a list.
     Json::Value ResponseBuilder(const LogRows& rows) const;
+
+    /// The same as the JSON text that ExecuteAsText gives.
     std::string ResponseText(const LogRows& rows) const;
+
+    /// The condition on the tab whose title has the text of a simple search. Where two tabs have
+    /// it no row fulfils the condition; where none has it there is no condition.
     merodbquery::Condition TitleCondition() const;
 
+    ///@{
+    /// A parameter of the method, under its own name.
     std::string ip_;
     std::string lang_ = "enu";
     std::string server_;
@@ -72,8 +83,10 @@ class MAILSERVER_LOG_EXPORT List_v1 : public BaseDBQueryAPI {
     std::string tab_type_;
     std::string user_;
     std::string db_path_ = db::StoreTraits<db::AdminLogDB>::kPath;
-    Json::Value tab_titles_;
-    Json::Value texts_;
+    ///@}
+
+    Json::Value tab_titles_;  ///< from the number of a tab, as text, to its title
+    Json::Value texts_;       ///< the product's texts, of which the titles are a part
 };
 
 }  // namespace serverlog::webapi::adminlog

@@ -59,14 +59,26 @@ class MAILSERVER_LOG_EXPORT List : public BaseDBQueryAPI {
     static std::string StatusInt2Str(int status);
 
  protected:
+    /// Number and page of the rows that a list gives.
     using LogRows = Rows<db::MailLogDB>;
 
+    /// As ListStore, on the log of the parameter `db_path`.
     LogRows DbList(const std::string& reason);
+
+    /// The payload of a list.
     Json::Value ResponseBuilder(const LogRows& rows) const;
+
+    /// The same as the JSON text that ExecuteAsText gives.
     std::string ResponseText(const LogRows& rows) const;
+
+    /// The condition that the parameter `status` makes.
     merodbquery::Condition StatusCondition() const;
+
+    /// The condition that `size_from` and `size_to` make: not below the one, below the other.
     merodbquery::Condition SizeCondition() const;
 
+    ///@{
+    /// A parameter of the method, under its own name.
     int size_from_ = -1;
     int size_to_ = -1;
     std::string db_path_ = db::StoreTraits<db::MailLogDB>::kPath;
@@ -77,6 +89,7 @@ class MAILSERVER_LOG_EXPORT List : public BaseDBQueryAPI {
     std::string status_;
     std::string subject_;
     std::string lang_ = "enu";
+    ///@}
 };
 
 }  // namespace serverlog::webapi::emaillog

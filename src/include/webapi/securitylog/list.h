@@ -51,12 +51,20 @@ class MAILSERVER_LOG_EXPORT List : public BaseDBQueryAPI {
     ConditionTable AdvanceSearch() override;
 
  protected:
+    /// Number and page of the rows that a list gives.
     using LogRows = Rows<db::SecurityLogDB>;
 
+    /// As ListStore, on the log of the parameter `db_path`.
     LogRows DbList(const std::string& reason);
+
+    /// The payload of a list.
     Json::Value ResponseBuilder(const LogRows& rows) const;
+
+    /// The same as the JSON text that ExecuteAsText gives.
     std::string ResponseText(const LogRows& rows) const;
 
+    ///@{
+    /// A parameter of the method, under its own name.
     std::string db_path_ = db::StoreTraits<db::SecurityLogDB>::kPath;
     std::string lang_ = "enu";
     std::string recipient_;
@@ -64,6 +72,7 @@ class MAILSERVER_LOG_EXPORT List : public BaseDBQueryAPI {
     std::string src_;
     std::string subject_;
     std::string type_;
+    ///@}
 };
 
 }  // namespace serverlog::webapi::securitylog
