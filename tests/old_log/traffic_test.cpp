@@ -37,7 +37,10 @@ void FillLogs(long from, long until) {
                             "x@notown.example",
                             "y@second.example",
                             ""};
-    const Rows types = {"spam", "virus", "content", "virus"};
+    const auto address = [&addresses](long number) {
+        return addresses[static_cast<std::size_t>(number) % addresses.size()];
+    };
+    const Rows types = {"spam", "content", "virus", "spam"};
     std::vector<test::MailEvent> mails;
     std::vector<test::SecurityEvent> threats;
     const auto add = [&](long hour, const std::string& name, long number) {
@@ -49,11 +52,10 @@ void FillLogs(long from, long until) {
             if (number < 3) {
                 mails.push_back({date, 2, "from", name});
             }
-            const std::size_t turn = threats.size() / 2;
-            const std::string& sender = addresses[turn % addresses.size()];
-            const std::string& recipient = addresses[turn / 3 % addresses.size()];
-            threats.push_back({date, "reject", name, sender, recipient});
-            threats.push_back({date, types[turn % types.size()], "other", sender, recipient});
+            // Of the server's domains only a few: the place of each that comes in is looked up.
+            const bool inside = number == 2;
+            threats.push_back({date, "reject", name, inside ? address(hour / kHour + i) : "s",
+                               inside ? address(hour / kHour / 3) : "r"});
         }
     };
     for (long hour = from; hour < until; hour += kHour) {
@@ -63,6 +65,10 @@ void FillLogs(long from, long until) {
         if ((hour / kHour) % 2 != 0) {
             add(hour, "odd", 20);
         }
+    }
+    for (long turn = 0; from + turn * 397 < until; ++turn) {
+        threats.push_back({from + turn * 397, types[static_cast<std::size_t>(turn) % types.size()],
+                           "192.0.2.1", address(turn), address(turn / 3)});
     }
     AddEvents("aggr_mail_log.db", mails);
     AddEvents("aggr_security_log.db", threats);
