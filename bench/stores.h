@@ -18,7 +18,14 @@ StoreSizes& Sizes();
 /// long-term file over 90 days, the current one over the day behind them. Throws on any failure.
 void MakeStores();
 
-/// The paths of the two files.
+/// Makes the security log's two files, with a tenth of the rows over the same days, unless they are
+/// there. Throws as MakeStores.
+void MakeSecurityStores();
+
+/// Just behind the newest row, in seconds since the epoch.
+long EndOfRows();
+
+/// The paths of the mail log's two files.
 extern const std::string kCurrentPath;
 extern const std::string kLongTermPath;
 
