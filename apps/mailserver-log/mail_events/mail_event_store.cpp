@@ -265,7 +265,7 @@ void MailEventStore::Open::Prune(std::int64_t newest_line) {
 
 void MailEventStore::Open::Count(const MailEventBatch& batch, const Counts& stored) {
     const auto add = [this](std::string_view name, std::uint64_t count) {
-        add_total.Bind(1, name).Bind(2, count).Run();
+        add_total.Bind(1, name).Bind(2, static_cast<std::int64_t>(count)).Run();
     };
     add("lines", batch.counts.lines);
     add("mail", stored.mail);
@@ -273,7 +273,7 @@ void MailEventStore::Open::Count(const MailEventBatch& batch, const Counts& stor
     add("skipped", batch.counts.skipped);
     add("unreadable", batch.counts.unreadable);
     for (const auto& [program, count] : batch.counts.skipped_by_program) {
-        add_skipped.Bind(1, program).Bind(2, count).Run();
+        add_skipped.Bind(1, program).Bind(2, static_cast<std::int64_t>(count)).Run();
     }
     if (batch.newest_line > 0) {
         set_total.Bind(1, "newest_line").Bind(2, batch.newest_line).Run();
