@@ -16,7 +16,7 @@ namespace bench {
 
 namespace {
 
-using Traits = serverlog::db::StoreTraits<serverlog::db::MailLogDB>;
+using MailTraits = serverlog::db::StoreTraits<serverlog::db::MailLogDB>;
 
 constexpr int kFirstDate = 1'790'000'000;
 constexpr int kDay = 86'400;
@@ -95,8 +95,8 @@ void MakeFiles(const StoreSizes& sizes, std::string insert(int, int, int, int)) 
 
 }  // namespace
 
-const std::string kCurrentPath = Traits::kPath;
-const std::string kLongTermPath = Traits::kMainPath;
+const std::string kCurrentPath = MailTraits::kPath;
+const std::string kLongTermPath = MailTraits::kMainPath;
 
 StoreSizes& Sizes() {
     static StoreSizes sizes;
