@@ -23,19 +23,21 @@ namespace {
 constexpr char kDomains[] = "/var/packages/PostCube-Server/etc/domains.json";
 constexpr int kPeriod = 300;
 constexpr long kHoursToCount = 3;
+constexpr long kHour = 3600;
+constexpr long kDay = 24 * kHour;
 
 // A cycle at the end of the log, a few hours behind the last one, that makes the statistics anew.
-// It needs the long-term files: they were changed on that day.
+// It needs the long-term files: they were rewritten behind these hours.
 void PrepareCycle() {
     std::filesystem::remove(statistic_log::kStatisticPath);
     std::filesystem::remove(statistic_log::kSecurityStatisticPath);
     const long now = EndOfRows();
     for (const auto& log : {statistic_log::kMailLog, statistic_log::kSecurityLog}) {
-        const timespec times[2] = {{now, 0}, {now, 0}};
+        const timespec times[2] = {{now + kDay, 0}, {now + kDay, 0}};
         utimensat(AT_FDCWD, log.long_term_path, times, 0);
     }
     test::FakeClock::Set(now);
-    mailConfSet("log_last_count_time", std::to_string(now - kHoursToCount * 3600), false, 0);
+    mailConfSet("log_last_count_time", std::to_string(now - kHoursToCount * kHour), false, 0);
 }
 
 void RunCycle(benchmark::State& state) {
