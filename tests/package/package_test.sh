@@ -51,7 +51,7 @@ run() {
 
 cmake -G Ninja -S "$here/consumer" -B "$scratch/by-cmake" -DCMAKE_PREFIX_PATH="$prefix" \
     -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="${flags[*]}" >/dev/null
-cmake --build "$scratch/by-cmake" >/dev/null
+said=$(cmake --build "$scratch/by-cmake") || fail "$said"
 run "$scratch/by-cmake/consumer"
 
 said=$(sandbox "$scratch/by-cmake/example" alice@example.com bob@example.com)
