@@ -118,8 +118,8 @@ void RunCollect(const CollectOptions& options) {
 
 void AddCollect(CLI::App& program) {
     const auto options = std::make_shared<CollectOptions>();
-    CLI::App* collect = program.add_subcommand(
-        "collect", "Store the lines of a system log as rows of the logs");
+    CLI::App* collect =
+        program.add_subcommand("collect", "Store the lines of a system log as rows of the logs");
     collect->footer(
         "Without --mail it takes the admin log lines, and keeps one that cannot be read in " +
         kRejectedPath +

@@ -19,9 +19,7 @@ std::optional<AttachedFile> AttachLongTermFile(OpenedStore<Store>& store) {
     if (!std::filesystem::exists(Store::kMainPath)) {
         return std::nullopt;
     }
-    {
-        const OpenedStore<Store> upgraded(Store::kMainPath);
-    }
+    { const OpenedStore<Store> upgraded(Store::kMainPath); }
     return std::optional<AttachedFile>(std::in_place, store.Get(), Store::kMainPath, "DB1");
 }
 
