@@ -55,7 +55,7 @@ void WriteValues(std::ostream& out, const std::string& command, const Argument& 
     }
     std::vector<std::string> patterns;
     for (const std::string& name : option.names) {
-        patterns.push_back(command + ":" + name);
+        patterns.emplace_back(command).append(":").append(name);
     }
     out << "    " << CLI::detail::join(patterns, " | ") << ") ";
     if (option.takes_file) {

@@ -82,7 +82,7 @@ bool LogLineReader::Read(std::string_view line, LogLine& result) {
 }
 
 bool LogLineReader::ReadRfc5424(std::string_view line, LogLine& result) {
-    if (!stamps_.Read(line, result.stamp) || TakeWord(line) != "") {
+    if (!stamps_.Read(line, result.stamp) || !TakeWord(line).empty()) {
         return false;
     }
     const auto value = [&line] {

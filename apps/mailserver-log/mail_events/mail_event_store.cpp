@@ -15,7 +15,7 @@ namespace serverlog::program {
 
 namespace {
 
-constexpr std::int64_t kLongestMemory = 7 * 86400;  // of what was stored
+constexpr std::int64_t kLongestMemory = 7L * 86400;  // of what was stored
 constexpr std::int64_t kBetweenForgetting = 3600;
 
 SipKey RandomKey() {

@@ -30,7 +30,7 @@ struct MailEventBatch {
 class MailEventStore : public MailsInFlight::Source {
  public:
     /// How long what is known of a mail is kept, and for how many mails at most.
-    static constexpr std::int64_t kLongestFlight = 7 * 86400;
+    static constexpr std::int64_t kLongestFlight = 7L * 86400;
     static constexpr std::int64_t kMostMails = 100000;
 
     MailEventStore();

@@ -1,7 +1,6 @@
 #include "stores/store_step.h"
 
 #include <iostream>
-#include <utility>
 
 #include "process/failure.h"
 #include "stores/store_facts.h"
@@ -46,7 +45,10 @@ void AddStores(CLI::App& command, std::vector<std::string>& names) {
 }
 
 std::vector<std::string> OrAllStores(std::vector<std::string> names) {
-    return names.empty() ? kAllStores : std::move(names);
+    if (names.empty()) {
+        return kAllStores;
+    }
+    return names;
 }
 
 void RunOnStores(const std::vector<std::string>& names, const std::string& done,

@@ -12,7 +12,7 @@ namespace {
 using merodbquery::Condition;
 
 // For so long a mail may stay in the queue, and the collector remembers it.
-constexpr std::int64_t kLifetime = 7 * 86400;
+constexpr std::int64_t kLifetime = 7L * 86400;
 
 // Ids in one statement, or somewhat more. Far below what SQLite takes.
 constexpr std::size_t kMostIds = 1000;
