@@ -69,6 +69,14 @@ std::string Text(const MERO::APIRequest& request, const char* key) {
     return request.GetAndCheckString(key, MERO::PARAM_OPTIONAL, nullptr).Get();
 }
 
+void RequireVersion(const MERO::APIRequest& request, const Route& route) {
+    const auto version = request.GetAndCheckInt("version", MERO::PARAM_OPTIONAL, nullptr);
+    if (version.IsInvalid() || version.Get() != kVersion) {
+        throw ApiError(kNoSuchVersion, HttpStatus::kNotFound,
+                       route.api + " " + route.method + " has version 1 only");
+    }
+}
+
 }  // namespace
 
 std::vector<Route> MakeRoutes() {
@@ -99,11 +107,7 @@ const Route& FindRoute(const std::vector<Route>& routes, const MERO::APIRequest&
         if (route.api != api || route.method != method) {
             continue;
         }
-        const auto version = request.GetAndCheckInt("version", MERO::PARAM_OPTIONAL, nullptr);
-        if (version.IsInvalid() || version.Get() != kVersion) {
-            throw ApiError(kNoSuchVersion, HttpStatus::kNotFound,
-                           api + " " + method + " has version 1 only");
-        }
+        RequireVersion(request, route);
         return route;
     }
     if (has_api) {
