@@ -230,7 +230,8 @@ TEST_F(Collect, FollowsAStoreThatGoesAway) {
 TEST_F(Collect, StoresWhatItHasReadWhenToldToStop) {
     Program program({"collect"});
     std::string log;
-    for (int i = 0; i < 5000; ++i) {
+    // More than a pipe takes: when all is written, the program has stored some.
+    for (int i = 0; i < 20000; ++i) {
         log += AdminLine(std::to_string(i)) + "\n";
     }
     program.Write(log);
