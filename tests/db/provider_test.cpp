@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "support/outcome.h"
 #include "support/spool.h"
 #include "support/sqlite_file.h"
 #include "support/syslog_socket.h"
@@ -126,29 +127,16 @@ TEST_F(ProviderTest, TellsWhatIsInternal) {
 }
 
 TEST_F(ProviderTest, ReportsPathsThatLeadNowhere) {
-    try {
-        Provider(kElsewhere + "none.db").Get<MailLogDB>(false);
-        ADD_FAILURE();
-    } catch (const Exception<ETag::FileSystem>& error) {
-        EXPECT_EQ(error.code(), FileSystemError::NotFound);
-        EXPECT_EQ(error.what(), "external path not exist:" + kElsewhere + "none.db");
-    }
-    EXPECT_FALSE(fs::exists(kElsewhere + "none.db"));
-    try {
-        Provider(kElsewhere + "no folder/none.db");
-        ADD_FAILURE();
-    } catch (const Exception<ETag::FileSystem>& error) {
-        EXPECT_EQ(error.code(), FileSystemError::RealPathFail);
-    }
-    try {
-        MakeExternal("archive.db", 5);
-        Provider provider(kElsewhere + "archive.db");
-        provider.CreateExternalTmpLn("/tmp/no folder/%%%%");
-        ADD_FAILURE();
-    } catch (const Exception<ETag::DB>& error) {
-        EXPECT_EQ(error.code(), DBError::SymlinkExternalPathFail);
-        EXPECT_STREQ(error.what(), ": No such file or directory");
-    }
+    const std::string none = kElsewhere + "none.db";
+    EXPECT_EQ(test::OutcomeOf<ETag::FileSystem>([&] { Provider(none).Get<MailLogDB>(false); }),
+              "No such file or directory, external path not exist:" + none);
+    EXPECT_FALSE(fs::exists(none));
+    EXPECT_THAT(test::OutcomeOf<ETag::FileSystem>([] { Provider(kElsewhere + "no folder/x.db"); }),
+                testing::StartsWith("Can't resolve real path, "));
+    Provider provider(MakeExternal("archive.db", 5));
+    EXPECT_EQ(
+        test::OutcomeOf<ETag::DB>([&] { provider.CreateExternalTmpLn("/tmp/no folder/%%%%"); }),
+        "DB symlink external path fail, : No such file or directory");
 }
 
 TEST_F(ProviderTest, SharesOneSessionForAPathIfAsked) {

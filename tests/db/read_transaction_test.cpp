@@ -4,7 +4,6 @@
 #include <soci/soci.h>
 
 #include <filesystem>
-#include <optional>
 #include <string>
 
 #include "support/spool.h"
@@ -48,15 +47,6 @@ TEST_F(ReadTransactionTest, KeepsThePictureOfAFileThatIsReplaced) {
         EXPECT_EQ(Sum(), 11);
     }
     EXPECT_EQ(Sum(), 21);
-}
-
-TEST_F(ReadTransactionTest, LetsWritersGoOnBehindItsEnd) {
-    std::optional<ReadTransaction> transaction(std::in_place, session_);
-    Sum();
-    EXPECT_THROW(RunOnFile(kSpool + "a.db", "UPDATE t SET n = 2"), std::runtime_error);
-    transaction.reset();
-    RunOnFile(kSpool + "a.db", "UPDATE t SET n = 2");
-    EXPECT_EQ(Sum(), 12);
 }
 
 TEST_F(ReadTransactionTest, LeavesATransactionThatWasOpenBefore) {

@@ -8,7 +8,6 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -17,7 +16,6 @@
 #include "support/sqlite_file.h"
 #include "support/statistics.h"
 #include "support/syslog_socket.h"
-#include "support/text_file.h"
 
 namespace {
 
@@ -222,35 +220,6 @@ TEST_F(Security, SavesMoreThanAHundredPlacesInBatches) {
                 ElementsAre("200"));
     EXPECT_THAT(syslog_.TakeErrors(), Contains("Failed to execQueriesForThreatOrigin"));
     EXPECT_TRUE(test::IsFree(test::kSecurityLock));
-}
-
-TEST_F(Security, CorruptPlacesAreNoPlaces) {
-    const long now = LocalTime("2024-05-07 10:30:00");
-    AddEvents(kLog, std::vector<SecurityEvent>{Inbound(now, "192.0.2.1")});
-    MakePlaces(TwoPlaces());
-    const std::string whole = test::ReadTextFile(kGeoIP / "GeoLiteCity.dat");
-    std::mt19937 random(1);
-    std::string noise(4096, '\0');
-    for (char& byte : noise) {
-        byte = static_cast<char>(random());
-    }
-    const struct {
-        const char* name;
-        std::string content;
-    } files[] = {
-        {"empty", ""},
-        {"noise", noise},
-        {"half", whole.substr(0, whole.size() / 2)},
-        {"no country edition", "no such data at all"},
-    };
-    for (const auto& file : files) {
-        test::WriteTextFile(kGeoIP / "GeoLiteCity.dat", file.content);
-        test::BeginAt(now);
-        MailLogger logger(300);
-        EXPECT_EQ(logger.securityStatistic(), 0) << file.name;
-        EXPECT_THAT(RunOnFile(kStatistic, "SELECT * FROM threat_origin_hour"), IsEmpty())
-            << file.name;
-    }
 }
 
 }  // namespace

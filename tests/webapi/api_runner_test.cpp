@@ -77,42 +77,38 @@ class APIRunnerTest : public test::QueryTest {
     }
 };
 
-TEST_F(APIRunnerTest, TellsOfAFailureOfTheStoreInJsonOnly) {
+TEST_F(APIRunnerTest, TellsOfAFailureOfTheStoreOnlyAndInJsonOnly) {
     // A percent sign, for all that is printed on the way.
-    const std::string path = kSpool + "broken %s%n.db";
-    test::WriteTextFile(path, "this is no database, and long enough to be read as one");
-    const std::string reason = "DB upgrade failed, path from:" + path;
-    Json::Value params;
-    params["db_path"] = path;
-    for (const Method& method : Methods()) {
-        log_.Take();
-        EXPECT_EQ(method.by_json(params), make_output(117, reason)) << method.name;
-        EXPECT_EQ(TakeRunnerLines(), Lines{"lib/webapi/api_runner:36 Log_API " + reason});
+    const std::string broken = kSpool + "broken %s%n.db";
+    test::WriteTextFile(broken, "this is no database, and long enough to be read as one");
+    const std::string of_store = "DB upgrade failed, path from:" + broken;
+    const std::string unknown = "Unknown Failure!";
+    const struct {
+        std::string path;
+        std::string reason;
+        std::string json_line;
+        std::string request_line;
+    } rows[] = {
+        {broken, of_store, "36 Log_API " + of_store, "20 Log_API " + of_store},
+        {"/tmp/no such store.db", unknown, "39 " + unknown, "23 " + unknown},
+    };
+    for (const auto& row : rows) {
+        Json::Value params;
+        params["db_path"] = row.path;
+        for (const Method& method : Methods()) {
+            SCOPED_TRACE(row.path + " " + method.name);
+            log_.Take();
+            EXPECT_EQ(method.by_json(params), make_output(117, row.reason));
+            EXPECT_EQ(TakeRunnerLines(), Lines{"lib/webapi/api_runner:" + row.json_line});
 
-        MERO::APIRequest request = test::RequestWith(params);
-        MERO::APIResponse response;
-        method.by_request(&request, &response);
-        EXPECT_EQ(response.GetError(), 117) << method.name;
-        EXPECT_TRUE(response.GetBody().isNull()) << method.name;
-        EXPECT_EQ(response.IsOutputEnabled(), !method.is_export) << method.name;
-        EXPECT_EQ(TakeRunnerLines(), Lines{"lib/webapi/api_runner:20 Log_API " + reason});
-    }
-}
-
-TEST_F(APIRunnerTest, TellsNothingOfOtherFailures) {
-    Json::Value params;
-    params["db_path"] = "/tmp/no such store.db";
-    for (const Method& method : Methods()) {
-        log_.Take();
-        EXPECT_EQ(method.by_json(params), make_output(117, "Unknown Failure!")) << method.name;
-        EXPECT_EQ(TakeRunnerLines(), Lines{"lib/webapi/api_runner:39 Unknown Failure!"});
-
-        MERO::APIRequest request = test::RequestWith(params);
-        MERO::APIResponse response;
-        method.by_request(&request, &response);
-        EXPECT_EQ(response.GetError(), 117) << method.name;
-        EXPECT_TRUE(response.GetBody().isNull()) << method.name;
-        EXPECT_EQ(TakeRunnerLines(), Lines{"lib/webapi/api_runner:23 Unknown Failure!"});
+            MERO::APIRequest request = test::RequestWith(params);
+            MERO::APIResponse response;
+            method.by_request(&request, &response);
+            EXPECT_EQ(response.GetError(), 117);
+            EXPECT_TRUE(response.GetBody().isNull());
+            EXPECT_EQ(response.IsOutputEnabled(), !method.is_export);
+            EXPECT_EQ(TakeRunnerLines(), Lines{"lib/webapi/api_runner:" + row.request_line});
+        }
     }
 }
 

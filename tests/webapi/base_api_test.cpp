@@ -101,9 +101,5 @@ TEST(BaseAPI, KnowsTheToken) {
     EXPECT_EQ(Method(Json::objectValue).mero_token(), "");
 }
 
-TEST(MakeOutput, HoldsTheReason) {
-    EXPECT_EQ(make_output(117, "why"), Output(117, test::JsonOf(R"({"reason":"why"})")));
-}
-
 }  // namespace
 }  // namespace serverlog::webapi

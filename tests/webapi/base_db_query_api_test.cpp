@@ -4,7 +4,6 @@
 #include <mero/api_response.h>
 
 #include <string>
-#include <vector>
 
 #include "support/json_value.h"
 #include "support/query_call.h"
@@ -12,49 +11,21 @@
 namespace serverlog::webapi {
 namespace {
 
-using merodbquery::Condition;
-
-/// A search whose conditions are comparisons of a column with its own kind of search.
+/// Tells what the shared parameters were read to.
 class Search : public BaseDBQueryAPI {
  public:
     using BaseDBQueryAPI::BaseDBQueryAPI;
-    using BaseDBQueryAPI::DateCondition;
-    using BaseDBQueryAPI::GetCond;
-    using BaseDBQueryAPI::GetSort;
-    using BaseDBQueryAPI::IsAdvanceSearch;
 
     std::tuple<int, Json::Value> Execute() override { return {0, Json::objectValue}; }
     std::string SortBy(const std::string& sort_by) override { return sort_by; }
-    ConditionTable SimpleSearch() override { return Table("simple"); }
-    ConditionTable AdvanceSearch() override { return Table("advance"); }
+    ConditionTable SimpleSearch() override { return {}; }
+    ConditionTable AdvanceSearch() override { return {}; }
 
-    /// What the shared parameters were read to.
     std::string Fields() const {
         return std::to_string(offset_) + "|" + std::to_string(limit_) + "|" + query_ + "|" +
                action_ + "|" + sort_by_ + "|" + sort_direction_ + "|" + date_from_ + "|" + date_to_;
     }
-
-    std::string called_;
-
- private:
-    ConditionTable Table(const std::string& kind) {
-        ConditionTable table;
-        for (const char* column : {"a", "b", "c", "none"}) {
-            table[column] = [this, column, kind] {
-                called_ += column;
-                return std::string(column) == "c" ? Condition::Null()
-                                                  : Condition::Equal(column, kind.c_str());
-            };
-        }
-        table["no column"] = [this] { return called_ += "!", Condition::Null(); };
-        return table;
-    }
 };
-
-std::string ExpressionOf(const Condition& condition) {
-    merodbquery::PositionBinder binder;
-    return condition.GetExpression(binder);
-}
 
 TEST(BaseDBQueryAPI, ReadsTheSharedParametersInBothForms) {
     const char kDefaults[] = "0|-1|||date|DESC||";
@@ -85,85 +56,6 @@ TEST(BaseDBQueryAPI, ReadsTheSharedParametersInBothForms) {
         Search by_request(&request, &response);
         EXPECT_EQ(std::get<0>(by_request.ReadRequest()), 0);
         EXPECT_EQ(by_request.Fields(), row.fields) << row.params;
-    }
-}
-
-TEST(BaseDBQueryAPI, DecidesBetweenTheSearches) {
-    const struct {
-        const char* action;
-        const char* query;
-        bool is_advance;
-    } rows[] = {
-        {"find", "", false}, {"find", "x", false}, {"list", "", true}, {"list", "x", true},
-        {"Find", "x", true}, {"", "", true},       {"", "x", false},   {"", "  ", true},
-    };
-    for (const auto& row : rows) {
-        Json::Value params;
-        params["action"] = row.action;
-        params["query"] = row.query;
-        Search search(params);
-        search.ReadRequestFromJson();
-        EXPECT_EQ(search.IsAdvanceSearch(), row.is_advance) << row.action << "," << row.query;
-    }
-}
-
-TEST(BaseDBQueryAPI, JoinsTheConditionsOfColumnsInTheirOrder) {
-    const struct {
-        const char* query;
-        std::vector<std::string> columns;
-        const char* called;
-        const char* expression;
-    } rows[] = {
-        {"", {"a", "b"}, "ab", "(a = ? AND b = ?)"},
-        {"x", {"b", "a"}, "ba", "(b = ? OR a = ?)"},
-        {"x", {"c", "z", "b", "A"}, "cb", "b = ?"},
-        {"x", {"c"}, "c", ""},
-        {"", {}, "", ""},
-    };
-    for (const auto& row : rows) {
-        Json::Value params;
-        params["query"] = row.query;
-        Search search(params);
-        search.ReadRequestFromJson();
-        EXPECT_EQ(ExpressionOf(search.GetCond(row.columns)), row.expression);
-        EXPECT_EQ(search.called_, row.called);
-    }
-}
-
-TEST(BaseDBQueryAPI, SortsByColumnsOnly) {
-    const struct {
-        const char* sort_by;
-        std::vector<std::string> columns;
-        const char* sort;
-    } rows[] = {
-        {"b", {"a", "b"}, "b"},
-        {"B", {"a", "b"}, ""},
-        {"b; DROP", {"a", "b"}, ""},
-        {"a", {}, ""},
-    };
-    for (const auto& row : rows) {
-        Json::Value params;
-        params["sort_by"] = row.sort_by;
-        Search search(params);
-        search.ReadRequestFromJson();
-        EXPECT_EQ(search.GetSort(row.columns), row.sort) << row.sort_by;
-    }
-}
-
-TEST(BaseDBQueryAPI, BoundsTheDateOnlyWhereAsked) {
-    const struct {
-        const char* params;
-        const char* expression;
-    } rows[] = {
-        {"{}", ""},
-        {R"({"date_from":"2026/11/22"})", "date >= ?"},
-        {R"({"date_to":"2026/11/22"})", "date <= ?"},
-        {R"({"date_from":"yesterday","date_to":"today"})", "(date >= ? AND date <= ?)"},
-    };
-    for (const auto& row : rows) {
-        Search search(test::JsonOf(row.params));
-        search.ReadRequestFromJson();
-        EXPECT_EQ(ExpressionOf(search.DateCondition()), row.expression) << row.params;
     }
 }
 

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -89,7 +90,7 @@ class NoRowLost : public testing::Test {
  protected:
     NoRowLost() {
         mailConfSet("archive_enable_schedule", "yes", false, 0);
-        Clear();
+        test::EmptySpool();
         db::Provider(Traits<DB>::kPath).template Get<DB>(false);
         Fill<DB>(Traits<DB>::kPath, "first", kOld);
         EXPECT_TRUE(Rotate<DB>());
@@ -101,10 +102,8 @@ class NoRowLost : public testing::Test {
         EXPECT_EQ(all_.size(), 3U * kRows);
     }
 
-    static void Clear() { test::EmptySpool(); }
-
     void Restore() const {
-        Clear();
+        test::EmptySpool();
         fs::copy(kTemplate, test::kSpool);
     }
 
@@ -179,8 +178,10 @@ TYPED_TEST(NoRowLost, ByWritersAndRotationsAtOnce) {
     EXPECT_EQ(RowsOf<TypeParam>(Traits<TypeParam>::kPath).size(), std::size_t{kRows});
 }
 
+// Rows that are in the write-ahead log alone, of files that readers keep open.
 TYPED_TEST(NoRowLost, ByReadersOfWriteAheadLogs) {
-    const char* const paths[] = {Traits<TypeParam>::kPath, Traits<TypeParam>::kMainPath};
+    using Store = Traits<TypeParam>;
+    const char* const paths[] = {Store::kPath, Store::kMainPath, Store::kArchivePath};
     for (const char* path : paths) {
         RunOnFile(path, "PRAGMA journal_mode = WAL");
     }
@@ -188,19 +189,25 @@ TYPED_TEST(NoRowLost, ByReadersOfWriteAheadLogs) {
     for (int round = 0; round < 3; ++round) {
         SCOPED_TRACE(round);
         // While a session is open, what others write stays in the log.
-        Session session = Session::SQLite(paths[1]);
-        EXPECT_TRUE(session.RawQuery(query));
-        RunOnFile(paths[1], test::InsertRow<TypeParam>("logged " + std::to_string(round), kOld));
-        test::StoreReader current(paths[0], query);
-        test::StoreReader long_term(paths[1], query);
+        std::vector<Session> sessions;
+        std::vector<std::unique_ptr<test::StoreReader>> readers;
+        for (const char* path : paths) {
+            EXPECT_TRUE(sessions.emplace_back(Session::SQLite(path)).RawQuery(query));
+            RunOnFile(path, test::InsertRow<TypeParam>(path + std::to_string(round), kOld));
+            readers.push_back(std::make_unique<test::StoreReader>(path, query));
+        }
         Fill<TypeParam>(paths[0], "round " + std::to_string(round) + " ", kOld);
         EXPECT_TRUE(Rotate<TypeParam>());
         EXPECT_FALSE(fs::exists(std::string(paths[1]) + "-wal"));
-        EXPECT_EQ(current.Finish(), "read");
-        EXPECT_EQ(long_term.Finish(), "read");
+        for (const auto& reader : readers) {
+            EXPECT_EQ(reader->Finish(), "read");
+        }
         const Names rows = AllRows<TypeParam>();
-        EXPECT_EQ(rows.size(), static_cast<std::size_t>((4 + round) * kRows + round + 1));
+        const int added = 2 * (round + 1);
+        EXPECT_EQ(rows.size(), static_cast<std::size_t>((4 + round) * kRows + added));
         EXPECT_EQ(Once(rows).size(), rows.size());
+        EXPECT_EQ(RowsOf<TypeParam>(paths[2]).size(),
+                  static_cast<std::size_t>((3 + round) * kRows + added));
         EXPECT_EQ(RunOnFile(paths[1], "PRAGMA quick_check"), Names{"ok"});
         RunOnFile(paths[1], "PRAGMA journal_mode = WAL");
     }
