@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <sys/mount.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -15,6 +14,8 @@
 
 #include "apps/admin_line.h"
 #include "support/program.h"
+#include "support/small_volume.h"
+#include "support/spool.h"
 #include "support/sqlite_file.h"
 #include "support/store_lock.h"
 #include "support/text_file.h"
@@ -32,9 +33,8 @@ using testing::Not;
 
 using Texts = std::vector<std::string>;
 
-const std::string kFolder = "/var/spool/@PostCube-Server/aggr_log/";
-const std::string kStore = kFolder + "admin_log.db";
-const std::string kRejected = kFolder + "rejected.log";
+const std::string kStore = test::kSpool + "admin_log.db";
+const std::string kRejected = test::kSpool + "rejected.log";
 
 std::size_t Count(const std::string& text, const std::string& part) {
     std::size_t count = 0;
@@ -50,11 +50,7 @@ Texts Statements() {
 
 class Collect : public testing::Test {
  protected:
-    Collect() {
-        for (const auto& entry : std::filesystem::directory_iterator(kFolder)) {
-            std::filesystem::remove_all(entry);
-        }
-    }
+    Collect() { test::EmptySpool(); }
 
     /// Makes the store.
     static void CollectOne() {
@@ -121,73 +117,29 @@ TEST_F(Collect, WaitsForAStoreThatIsLocked) {
     EXPECT_THAT(Statements(), ElementsAre("first", "second", "third"));
 }
 
-TEST_F(Collect, KeepsLinesThatItCannotStoreBeforeItHasToStop) {
-    CollectOne();
-    Program program({"collect"});
-    const test::StoreLock lock(kStore);
-    program.Write(AdminLine("second") + "\n");
-    program.WaitForError("cannot store lines");
-    program.Signal(SIGTERM);
-    const Program::Result result = program.Wait();
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.output, "collected 0, rejected 1, skipped 0\n");
-    EXPECT_THAT(test::ReadTextFile(kRejected), HasSubstr("\tstopped while"));
-}
-
-/// Runs with the folder of the store on a small disk of its own.
-class CollectOnSmallDisk : public Collect {
- protected:
-    void SetUp() override {
-        if (mount("none", kFolder.c_str(), "tmpfs", 0, "size=2m") != 0) {
-            GTEST_SKIP() << "needs the right to mount a file system";
+TEST_F(Collect, WaitsForRoom) {
+    const test::SmallVolume volume(test::kSpool);
+    SKIP_UNLESS_MOUNTED(volume);
+    const std::string large(20000, 'x');
+    for (const bool has_store : {true, false}) {
+        SCOPED_TRACE(has_store ? "in its store" : "for a store");
+        test::EmptySpool();
+        Texts statements = {large, "third"};
+        if (has_store) {
+            CollectOne();
+            statements.insert(statements.begin(), "first");
         }
+        Program program({"collect"});
+        volume.Limit(0);
+        program.Write(AdminLine(large) + "\n" + AdminLine("bad", "{") + "\n" +
+                      EscapedAdminLine("cut").substr(0, 99) + "\n" + AdminLine("third") + "\n");
+        program.WaitForError("cannot ");
+        volume.Limit(-1);
+        EXPECT_EQ(program.Wait().output, "collected 2, rejected 2, skipped 0\n");
+        EXPECT_EQ(Statements(), statements);
+        EXPECT_EQ(Count(test::ReadTextFile(kRejected), "\n"), 2U);
+        EXPECT_THAT(test::RunOnFile(kStore, "PRAGMA integrity_check"), ElementsAre("ok"));
     }
-    void TearDown() override { umount2(kFolder.c_str(), MNT_DETACH); }
-
-    static void FillDisk() {
-        const int file = creat((kFolder + "filler").c_str(), 0600);
-        const std::string block(4096, 'x');
-        while (write(file, block.data(), block.size()) > 0) {
-        }
-        close(file);
-    }
-    static void FreeDisk() { std::filesystem::remove(kFolder + "filler"); }
-};
-
-TEST_F(CollectOnSmallDisk, WaitsForRoom) {
-    CollectOne();
-    Program program({"collect"});
-    FillDisk();
-    program.Write(AdminLine(std::string(20000, 'x')) + "\n");
-    program.WaitForError("cannot store lines");
-    program.Write(AdminLine("third") + "\n");
-    FreeDisk();
-    program.Write(AdminLine("bad", "{") + "\n");
-    const Program::Result result = program.Wait();
-    EXPECT_EQ(result.output, "collected 2, rejected 1, skipped 0\n");
-    EXPECT_THAT(Statements(), ElementsAre("first", std::string(20000, 'x'), "third"));
-    EXPECT_THAT(test::RunOnFile(kStore, "PRAGMA integrity_check"), ElementsAre("ok"));
-}
-
-TEST_F(CollectOnSmallDisk, MakesTheStoreOnceThereIsRoom) {
-    Program program({"collect"});
-    FillDisk();
-    program.Write(AdminLine("first") + "\n");
-    program.WaitForError("cannot store lines");
-    FreeDisk();
-    EXPECT_EQ(program.Wait().output, "collected 1, rejected 0, skipped 0\n");
-    EXPECT_THAT(Statements(), ElementsAre("first"));
-}
-
-TEST_F(CollectOnSmallDisk, KeepsRejectedLinesOnceThereIsRoom) {
-    Program program({"collect"});
-    FillDisk();
-    program.Write(AdminLine("bad", "{") + "\n" + EscapedAdminLine("cut").substr(0, 99) + "\n" +
-                  AdminLine("third") + "\n");
-    program.WaitForError("cannot ");
-    FreeDisk();
-    EXPECT_EQ(program.Wait().output, "collected 1, rejected 2, skipped 0\n");
-    EXPECT_EQ(Count(test::ReadTextFile(kRejected), "\n"), 2U);
 }
 
 TEST_F(Collect, FollowsAStoreThatGoesAway) {
@@ -296,15 +248,27 @@ TEST_F(Collect, ShowsLifeWhileAConfirmationTakesItsTime) {
 // rsyslog, when it stops, forgets the line that it has no answer for.
 TEST_F(Collect, KeepsTheLineInHandWhenToldToStop) {
     CollectOne();
-    Program program({"collect", "--confirm"});
-    const test::StoreLock lock(kStore);
-    program.Write(EscapedAdminLine("second"));
-    program.WaitForError("cannot store lines");
-    program.Signal(SIGTERM);
-    const Program::Result result = program.Wait();
-    EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(result.output, MatchesRegex("OK\n\\.*OK\n"));
-    EXPECT_THAT(test::ReadTextFile(kRejected), HasSubstr("second"));
+    const struct {
+        Texts arguments;
+        const char* output;
+    } rows[] = {
+        {{"collect"}, "collected 0, rejected 1, skipped 0\n"},
+        {{"collect", "--confirm"}, "OK\n\\.*OK\n"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.output);
+        std::filesystem::remove(kRejected);
+        Program program(row.arguments);
+        const test::StoreLock lock(kStore);
+        program.Write(EscapedAdminLine("second"));
+        program.WaitForError("cannot store lines");
+        program.Signal(SIGTERM);
+        const Program::Result result = program.Wait();
+        EXPECT_EQ(result.status, 1);
+        EXPECT_THAT(result.output, MatchesRegex(row.output));
+        EXPECT_THAT(test::ReadTextFile(kRejected),
+                    MatchesRegex("[^\n]*\tstopped while[^\n]*second[^\n]*\n"));
+    }
 }
 
 TEST_F(Collect, LosesAndDoublesNothingWhenKilled) {
@@ -406,11 +370,11 @@ TEST_F(Collect, EndsAtOnceWhereItCannotWork) {
         EXPECT_EQ(result.status, row.status);
         EXPECT_THAT(result.error, HasSubstr(row.error));
     }
-    std::filesystem::rename(kFolder, "/volume1/away");
+    std::filesystem::rename(test::kSpool, "/volume1/away");
     const Program::Result result = Program::Run({"collect"}, AdminLine("a"));
-    std::filesystem::rename("/volume1/away", kFolder);
+    std::filesystem::rename("/volume1/away", test::kSpool);
     EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(result.error, HasSubstr("cannot write to the folder " + kFolder));
+    EXPECT_THAT(result.error, HasSubstr("cannot write to the folder " + test::kSpool));
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "support/program.h"
+#include "support/spool.h"
 #include "support/sqlite_file.h"
 
 namespace {
@@ -16,18 +17,12 @@ using testing::HasSubstr;
 
 using Texts = std::vector<std::string>;
 
-const std::string kFolder = "/var/spool/@PostCube-Server/aggr_log/";
-
 class Load : public testing::Test {
  protected:
-    Load() {
-        for (const auto& entry : std::filesystem::directory_iterator(kFolder)) {
-            std::filesystem::remove_all(entry);
-        }
-    }
+    Load() { test::EmptySpool(); }
 
     static Texts Subjects() {
-        return test::RunOnFile(kFolder + "aggr_mail_log.db",
+        return test::RunOnFile(test::kSpool + "aggr_mail_log.db",
                                "SELECT subject FROM mail_log_table ORDER BY rowid");
     }
 };
@@ -38,7 +33,7 @@ TEST_F(Load, FillsEveryStore) {
         const char* record;
         const char* file;
         const char* query;
-        const char* row;
+        const char* cells;
     } rows[] = {
         {"admin",
          R"({"tab_type":-1,"uid":18446744073709551615,"date":4294967296,"webapi_param":{"a":[1]}})",
@@ -58,7 +53,7 @@ TEST_F(Load, FillsEveryStore) {
         EXPECT_EQ(result.status, 0);
         EXPECT_EQ(result.output, "");
         EXPECT_EQ(result.error, "loaded 1\n");
-        EXPECT_THAT(test::RunOnFile(kFolder + row.file, row.query), ElementsAre(row.row));
+        EXPECT_THAT(test::RunOnFile(test::kSpool + row.file, row.query), ElementsAre(row.cells));
     }
 }
 
@@ -77,7 +72,7 @@ TEST_F(Load, StopsAtALineThatItCannotRead) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.line);
-        std::filesystem::remove(kFolder + "aggr_mail_log.db");
+        std::filesystem::remove(test::kSpool + "aggr_mail_log.db");
         const std::string input = R"({"subject":"a"})"
                                   "\r\n \n" +
                                   std::string(row.line) + "\n" + R"({"subject":"b"})";
@@ -107,11 +102,12 @@ TEST_F(Load, TakesManyRows) {
 }
 
 TEST_F(Load, NeedsTheFolderOfTheStore) {
-    std::filesystem::rename(kFolder, "/volume1/away");
+    std::filesystem::rename(test::kSpool, "/volume1/away");
     const Program::Result result = Program::Run({"load", "mail"}, "{}");
-    std::filesystem::rename("/volume1/away", kFolder);
+    std::filesystem::rename("/volume1/away", test::kSpool);
     EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(result.error, HasSubstr("cannot open the store " + kFolder + "aggr_mail_log.db"));
+    EXPECT_THAT(result.error,
+                HasSubstr("cannot open the store " + test::kSpool + "aggr_mail_log.db"));
     EXPECT_EQ(Program::Run({"load", "mail", "/tmp/none"}).status, 1);
 }
 

@@ -12,23 +12,9 @@ using test::Program;
 using testing::HasSubstr;
 
 TEST(Program, TellsWhatItIs) {
-    const struct {
-        std::vector<std::string> arguments;
-        const char* output;
-    } rows[] = {
-        {{"--version"}, "mailserver-log 4."},     {{"--help"}, "collect"},
-        {{"call", "--help"}, "--exec"},           {{"collect", "--help"}, "--confirm"},
-        {{"load", "--help"}, "--keep-going"},     {{"list", "--help"}, "--since"},
-        {{"query", "--help"}, "security.export"}, {{"export", "--help"}, "--no-count"},
-        {{"statistics", "--help"}, "SIGTERM"},    {{"stats", "--help"}, "newest period"},
-        {{"archive", "--help"}, "plain"},         {{"status", "--help"}, "Nothing is created"},
-    };
-    for (const auto& row : rows) {
-        const Program::Result result = Program::Run(row.arguments);
-        EXPECT_EQ(result.status, 0) << row.output;
-        EXPECT_THAT(result.output, HasSubstr(row.output));
-        EXPECT_EQ(result.error, "");
-    }
+    const Program::Result result = Program::Run({"--version"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.output.rfind("mailserver-log 4.", 0), 0U) << result.output;
 }
 
 TEST(Program, TellsEverySubcommandInOneLine) {
@@ -52,16 +38,11 @@ TEST(Program, RefusesAWrongCommandLine) {
         const char* error;
     } rows[] = {
         {{}, "subcommand"},
-        {{"nothing"}, "nothing"},
-        {{"--nothing"}, "--nothing"},
-        {{"call"}, "OPERATION"},
         {{"call", "x", "--uid", "-1"}, "--uid"},
-        {{"call", "x", "--error", "none"}, "--error"},
         {{"call", "x", "--exec", "API", "get"}, "--exec"},
         {{"call", "x", "--exec", "API", "get", "one"}, "--exec"},
         {{"call", "x", "--exec", "API", "get", "1", "--body", "-"}, "--body"},
         {{"call", "x", "--params", "-", "--body", "-"}, "standard input"},
-        {{"load"}, "STORE"},
         {{"load", "none"}, "none"},
         {{"load", "mail", "--batch", "0"}, "--batch"},
         {{"list", "admin", "--subject", "x"}, "--subject"},
@@ -70,7 +51,6 @@ TEST(Program, RefusesAWrongCommandLine) {
         {{"list", "mail", "--sort", "none"}, "take one of date, size"},
         {{"list", "mail", "--limit", "-1"}, "--limit"},
         {{"list", "mail", "--since", "soon"}, "\"soon\" is no time"},
-        {{"list", "mail", "--format", "xml"}, "--format"},
         {{"list", "mail", "--follow", "--sort", "size"}, "--follow"},
         {{"list", "mail", "--follow", "--format", "json"}, "take ndjson"},
         {{"query", "mail.users"}, "mail.users not in"},

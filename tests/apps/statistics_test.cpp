@@ -169,21 +169,12 @@ TEST_F(Statistics, DrawsBarsOnATerminal) {
                                               {"threat", 0, "inbound", "spf", 1},
                                               {"threat", 0, "inbound", "none", 0}},
                                              "day", style);
-    const std::string block = "\xe2\x96\x88";
-    std::string full;
-    for (int i = 0; i < 20; ++i) {
-        full += block;
-    }
     EXPECT_EQ(out.str(),
               "\x1b[1mTIME        MAIL     THREAT  COUNT\x1b[0m\n"
-              "1970-01-01  inbound  spam    200    " +
-                  full +
-                  "\n"
-                  "1970-01-01  inbound  virus   31     " +
-                  block + block + block +
-                  "\n"
-                  "1970-01-01  inbound  spf     1      \xe2\x96\x8f\n"
-                  "1970-01-01  inbound  none    0\n");
+              "1970-01-01  inbound  spam    200    ████████████████████\n"
+              "1970-01-01  inbound  virus   31     ███\n"
+              "1970-01-01  inbound  spf     1      ▏\n"
+              "1970-01-01  inbound  none    0\n");
 }
 
 }  // namespace

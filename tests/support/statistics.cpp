@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <ctime>
 #include <filesystem>
 #include <sstream>
 #include <stdexcept>
@@ -48,16 +47,6 @@ void AppendRows(const std::string& file, const char* table, std::vector<std::str
 }
 
 }  // namespace
-
-long LocalTime(const std::string& text) {
-    std::tm fields = {};
-    const char* end = strptime(text.c_str(), "%Y-%m-%d %H:%M:%S", &fields);
-    if (end == nullptr || *end != '\0') {
-        throw std::invalid_argument(text);
-    }
-    fields.tm_isdst = -1;
-    return std::mktime(&fields);
-}
 
 void BeginAt(long time) {
     if (mailConfSet(kLastCountTime, std::to_string(time), false, 0) != 0) {

@@ -11,10 +11,6 @@ namespace test {
 
 // For tests of the statistics engine.
 
-/// Seconds since the epoch of "2024-03-31 01:30:00" in the time zone of the process; of an hour
-/// that the clocks repeat, the first pass.
-long LocalTime(const std::string& text);
-
 /// The setting that holds the time up to which was counted.
 inline constexpr char kLastCountTime[] = "log_last_count_time";
 

@@ -5,19 +5,6 @@
 namespace serverlog::utils {
 namespace {
 
-// Lines and rows are stored and compared in this form.
-TEST(JsonText, OneLineWithSortedMembersAndALineFeed) {
-    Json::Value value;
-    value["b"] = "é\"\\\n";
-    value["a"] = Json::arrayValue;
-    value["c"] = Json::Value::null;
-    value["d"] = 1.5;
-    EXPECT_EQ(ToJsonText(value), "{\"a\":[],\"b\":\"\\u00e9\\\"\\\\\\n\",\"c\":null,\"d\":1.5}\n");
-    Json::Value read;
-    EXPECT_TRUE(ParseJsonText(ToJsonText(value), read));
-    EXPECT_EQ(read, value);
-}
-
 TEST(JsonText, ReadsWhatTheReaderAlwaysRead) {
     const struct {
         const char* text;

@@ -2,18 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <stdexcept>
+
+#include "support/time_zone.h"
 
 namespace serverlog::program {
 namespace {
 
 class TimeArgument : public testing::Test {
  protected:
-    TimeArgument() {
-        setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
-        tzset();
-    }
+    TimeArgument() { test::SetZone("CET-1CEST,M3.5.0,M10.5.0/3"); }
 };
 
 TEST_F(TimeArgument, StandsForASpan) {

@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <ctime>
 #include <string>
 #include <vector>
 
 #include "support/fake_clock.h"
+#include "support/time_zone.h"
 
 namespace serverlog::program {
 namespace {
@@ -71,15 +71,8 @@ std::string Utc(std::int64_t seconds) {
     return text;
 }
 
-long At(const char* text) {
-    std::tm utc = {};
-    strptime(text, "%Y-%m-%d %H:%M:%S", &utc);
-    return timegm(&utc);
-}
-
 TEST(LogLine, HasTheYearThatItWasLoggedIn) {
-    setenv("TZ", "UTC", 1);
-    tzset();
+    test::SetZone("UTC");
     const struct {
         const char* name;
         const char* now;
@@ -114,7 +107,7 @@ TEST(LogLine, HasTheYearThatItWasLoggedIn) {
     };
     for (const auto& row : cases) {
         SCOPED_TRACE(row.name);
-        test::FakeClock::Set(At(row.now));
+        test::FakeClock::Set(test::LocalTime(row.now));
         LogLineReader reader("here");
         std::vector<std::string> times;
         for (const std::string& stamp : row.stamps) {

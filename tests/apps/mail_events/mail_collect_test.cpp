@@ -133,17 +133,6 @@ TEST_F(MailCollect, StoresNothingTwice) {
     EXPECT_EQ(SecurityRows().size(), 3U);
 }
 
-// The row of the sixth line tells what the first five had to tell.
-TEST_F(MailCollect, GoesOnAfterARestartAnywhere) {
-    for (std::size_t end = 0; end <= kLog.size(); ++end) {
-        SCOPED_TRACE(end);
-        test::EmptySpool();
-        Collect(Join(kLog, 0, end));
-        Collect(Join(kLog, end));
-        ExpectAllRows();
-    }
-}
-
 /// Gives two lines at a time, and keeps the place of what was stored in a file.
 class PlacedSource : public MessageSource {
  public:
@@ -205,6 +194,16 @@ TEST_F(MailCollect, LosesAndDoublesNothingWhenKilledAnywhere) {
             return;
         }
     }
+}
+
+TEST_F(MailCollect, KnowsAMailByItsQueueIdBeforeTheFilter) {
+    Collect(Join(kLog, 0, 2) +
+            Join({kLog[3], kHead + "smtpd[5]: BBBBB: client=localhost[127.0.0.1]",
+                  kHead + "cleanup[6]: BBBBB: message-id=<1@example.org>",
+                  kHead + "smtp[4]: AAAAA: to=<ann@example.com>, status=sent (Ok: queued as BBBBB)",
+                  kHead + "lmtp[7]: BBBBB: to=<ann@example.com>, status=sent (Saved)"}));
+    EXPECT_EQ(MailRows().size(), 1U);
+    EXPECT_THAT(Program::Run({"trace", "AAAAA"}).output, HasSubstr(" BBBBB "));
 }
 
 TEST_F(MailCollect, WaitsForAStoreThatIsLocked) {

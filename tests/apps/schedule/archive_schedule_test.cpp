@@ -5,7 +5,6 @@
 #include <mailserver-log/db/store_traits.h>
 #include <mailserver/mail_conf.h>
 
-#include <cstdlib>
 #include <filesystem>
 
 #include "process/failure.h"
@@ -13,6 +12,7 @@
 #include "support/program.h"
 #include "support/spool.h"
 #include "support/text_file.h"
+#include "support/time_zone.h"
 
 namespace {
 
@@ -29,16 +29,8 @@ void Set(const std::string& days, const std::string& hour, const std::string& mi
     mailConfSet("archive_minute", minute, false, 0);
 }
 
-std::time_t Local(const char* text) {
-    std::tm parts = {};
-    strptime(text, "%Y-%m-%d %H:%M", &parts);
-    parts.tm_isdst = -1;
-    return std::mktime(&parts);
-}
-
 TEST(ArchiveSchedule, FindsTheLatestTime) {
-    setenv("TZ", "Europe/Berlin", 1);
-    tzset();
+    test::SetZone("Europe/Berlin");
     const struct {
         const char* days;
         const char* hour;
@@ -46,17 +38,18 @@ TEST(ArchiveSchedule, FindsTheLatestTime) {
         const char* now;
         const char* latest;
     } rows[] = {
-        {"", "", "", "2024-03-13 03:59", "2024-03-12 04:00"},
-        {"", "", "", "2024-03-13 04:00", "2024-03-13 04:00"},
-        {"0,6", "23", "30", "2024-03-13 12:00", "2024-03-10 23:30"},
-        {"3", "13", "5", "2024-03-13 12:00", "2024-03-06 13:05"},  // a Wednesday
-        {"3", "11", "0", "2024-03-13 12:00", "2024-03-13 11:00"},
-        {"1", "0", "0", "2024-01-01 00:10", "2024-01-01 00:00"},
-        {"0", "4", "0", "2024-04-01 12:00", "2024-03-31 04:00"},  // behind a day of 23 hours
+        {"", "", "", "2024-03-13 03:59:00", "2024-03-12 04:00:00"},
+        {"", "", "", "2024-03-13 04:00:00", "2024-03-13 04:00:00"},
+        {"0,6", "23", "30", "2024-03-13 12:00:00", "2024-03-10 23:30:00"},
+        {"3", "13", "5", "2024-03-13 12:00:00", "2024-03-06 13:05:00"},  // a Wednesday
+        {"3", "11", "0", "2024-03-13 12:00:00", "2024-03-13 11:00:00"},
+        {"1", "0", "0", "2024-01-01 00:10:00", "2024-01-01 00:00:00"},
+        {"0", "4", "0", "2024-04-01 12:00:00", "2024-03-31 04:00:00"},  // behind a day of 23 hours
     };
     for (const auto& row : rows) {
         Set(row.days, row.hour, row.minute);
-        EXPECT_EQ(LatestArchiveTime(ReadArchiveSchedule(), Local(row.now)), Local(row.latest))
+        EXPECT_EQ(LatestArchiveTime(ReadArchiveSchedule(), test::LocalTime(row.now)),
+                  test::LocalTime(row.latest))
             << row.days << " " << row.now;
     }
 }

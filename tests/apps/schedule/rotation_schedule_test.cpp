@@ -5,7 +5,6 @@
 #include <mailserver-log/db/provider.h>
 #include <mailserver/mail_conf.h>
 
-#include <cstdlib>
 #include <ctime>
 #include <filesystem>
 
@@ -15,6 +14,7 @@
 #include "support/spool.h"
 #include "support/sqlite_file.h"
 #include "support/text_file.h"
+#include "support/time_zone.h"
 
 namespace {
 
@@ -41,8 +41,7 @@ void Set(const std::string& enabled, const std::string& period, const std::strin
 class RotationScheduleTest : public testing::Test {
  protected:
     RotationScheduleTest() {
-        setenv("TZ", "Europe/Berlin", 1);
-        tzset();
+        test::SetZone("Europe/Berlin");
         test::EmptySpool();
         serverlog::db::Provider(kStore).Get<serverlog::db::AdminLogDB>(false);
     }

@@ -40,24 +40,6 @@ TEST(FileLock, OthersWaitForTheReleaseWhateverSignalsReachThem) {
     EXPECT_FALSE(pscFileUnlockByFile(-1));
 }
 
-TEST(FileLock, EndsWithItsProcess) {
-    int lock = -1;
-    {
-        test::Signpost locked;
-        test::Child holder([&] {
-            int own = -1;
-            pscFileLockByFile(kPath, 1, &own);
-            locked.Show();
-            pause();
-            return std::string();
-        });
-        locked.Await();
-        EXPECT_FALSE(pscFileLockByFile(kPath, 0, &lock));
-    }
-    EXPECT_TRUE(pscFileLockByFile(kPath, 0, &lock));
-    EXPECT_TRUE(pscFileUnlockByFile(lock));
-}
-
 TEST(FileLock, PathsThatCannotBeLocked) {
     test::WriteTextFile("/tmp/file", "");
     int descriptor = 77;

@@ -7,7 +7,6 @@
 
 #include <boost/filesystem/directory.hpp>
 #include <boost/filesystem/operations.hpp>
-#include <memory>
 #include <vector>
 
 #include "support/child.h"
@@ -43,29 +42,6 @@ TEST(FileLockGuard, HoldsForItsScopeAndByCalls) {
     }
     EXPECT_TRUE(IsFree());
     EXPECT_TRUE(log.TakeErrors().empty());
-}
-
-TEST(FileLockGuard, LetsOneProcessAtATimeIn) {
-    const std::string counter = "/tmp/counter";
-    constexpr int kProcesses = 4;
-    constexpr int kRounds = 200;
-    WriteFileContent(counter, "0");
-    // Reading and writing the counter apart from each other loses steps where two are in.
-    const auto count = [&counter] {
-        for (int i = 0; i < kRounds; ++i) {
-            const FileLockGuard guard(kLock);
-            WriteFileContent(counter, std::to_string(std::stoi(FileContent(counter)) + 1));
-        }
-        return std::string("counted");
-    };
-    std::vector<std::unique_ptr<test::Child>> children;
-    for (int i = 0; i < kProcesses; ++i) {
-        children.push_back(std::make_unique<test::Child>(count));
-    }
-    for (const auto& child : children) {
-        EXPECT_EQ(child->Wait(), "counted");
-    }
-    EXPECT_EQ(FileContent(counter), std::to_string(kProcesses * kRounds));
 }
 
 TEST(FileLockGuard, RefusedLockThrows) {
