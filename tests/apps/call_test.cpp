@@ -9,6 +9,7 @@
 #include "support/program.h"
 #include "support/sqlite_file.h"
 #include "support/syslog_socket.h"
+#include "support/table.h"
 #include "support/text_file.h"
 
 namespace {
@@ -86,10 +87,7 @@ TEST_F(Call, DoesNothingOnBadInput) {
     test::WriteTextFile("/tmp/half", R"({"a":)");
     test::WriteTextFile("/tmp/two", "{} {}");
     test::WriteTextFile("/tmp/deep", std::string(5000, '['));
-    const struct {
-        Texts arguments;
-        const char* error;
-    } rows[] = {
+    const test::Table<Texts, const char*> rows = {
         {{"--params", "/tmp/none"}, "cannot open /tmp/none: No such file"},
         {{"--params", "/tmp"}, "cannot read /tmp: Is a directory"},
         {{"--params", "/tmp/list"}, "/tmp/list (the parameters) is no JSON object"},
@@ -99,14 +97,14 @@ TEST_F(Call, DoesNothingOnBadInput) {
         {{"--body", "/tmp/half"}, "/tmp/half (the body) is no JSON"},
         {{"--body", "/tmp/deep"}, "/tmp/deep (the body) is no JSON"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.error);
+    for (const auto& [options, error] : rows) {
+        SCOPED_TRACE(error);
         Texts arguments = {"call", "Webapi_Queue_DeleteAll"};
-        arguments.insert(arguments.end(), row.arguments.begin(), row.arguments.end());
+        arguments.insert(arguments.end(), options.begin(), options.end());
         const Program::Result result = Program::Run(arguments);
         EXPECT_EQ(result.status, 1);
         EXPECT_EQ(result.output, "");
-        EXPECT_THAT(result.error, HasSubstr(row.error));
+        EXPECT_THAT(result.error, HasSubstr(error));
     }
     std::filesystem::rename(kFolder, "/volume1/away");
     const Program::Result result = Program::Run({"call", "Webapi_Queue_DeleteAll", "--echo"});
@@ -119,30 +117,25 @@ TEST_F(Call, DoesNothingOnBadInput) {
 
 TEST_F(Call, RunsTheCallItself) {
     const std::string handler = "/var/packages/PostCube-Server/target/webapi/MERO.Test";
-    const struct {
-        const char* name;
-        const char* reply;
-        std::size_t lines;
-        const char* error;
-    } rows[] = {
+    const test::Table<const char*, const char*, std::size_t, const char*> rows = {
         {"success", R"({"success":true,"data":{"x":1}})", 1, ""},
         {"failure", R"({"success":false,"error":{"code":402}})", 0, "failed with code 402"},
         {"failure without a code", R"({"success":false})", 0, "failed with code 2"},
         {"rubbish", "rubbish", 0, "failed with code 2"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
+    for (const auto& [name, reply, lines, error] : rows) {
+        SCOPED_TRACE(name);
         test::WriteTextFile(handler,
                             "#!/bin/sh\necho \"$@\" > /tmp/called\ncat >> /tmp/called\necho '" +
-                                std::string(row.reply) + "'\n",
+                                std::string(reply) + "'\n",
                             0755);
         const Program::Result result =
             Program::Run({"call", "Webapi_Queue_DeleteAll", "--user", "eve", "--params", "-",
                           "--exec", "MERO.Test", "delete", "2"},
                          R"({"p":7})");
         EXPECT_EQ(result.status, 0);
-        EXPECT_THAT(result.error, HasSubstr(row.error));
-        EXPECT_EQ(Lines().size(), row.lines);
+        EXPECT_THAT(result.error, HasSubstr(error));
+        EXPECT_EQ(Lines().size(), lines);
         EXPECT_THAT(test::ReadTextFile("/tmp/called"),
                     MatchesRegex("delete 2 eve\n\\{\"p\":7\\}\n?"));
     }

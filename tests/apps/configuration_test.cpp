@@ -6,6 +6,7 @@
 #include <string>
 
 #include "support/program.h"
+#include "support/table.h"
 #include "support/text_file.h"
 
 namespace {
@@ -46,10 +47,7 @@ TEST(Configuration, ReachesTheSubcommandThatRuns) {
 }
 
 TEST(Configuration, RefusesWhatItDoesNotKnow) {
-    const struct {
-        const char* text;
-        const char* error;
-    } rows[] = {
+    const test::Table<const char*, const char*> rows = {
         {"[statistics]\nperiods=60\n", "statistics.periods; mend the configuration"},
         {"[statistic]\nperiod=60\n", "statistic."},
         {"period=60\n", "parse period; mend the configuration"},
@@ -57,11 +55,11 @@ TEST(Configuration, RefusesWhatItDoesNotKnow) {
         {"[list]\nSTORE=admin\n", "list.STORE"},
         {"[list]\nhelp=true\n", "list.help"},
     };
-    for (const auto& row : rows) {
-        WriteTextFile(kFile, row.text);
+    for (const auto& [text, error] : rows) {
+        WriteTextFile(kFile, text);
         const Program::Result result = Program::Run({"--config", kFile, "status"});
-        EXPECT_EQ(result.status, 2) << row.text;
-        EXPECT_THAT(result.error, HasSubstr(row.error)) << row.text;
+        EXPECT_EQ(result.status, 2) << text;
+        EXPECT_THAT(result.error, HasSubstr(error)) << text;
     }
     EXPECT_EQ(Program::Run({"--config", "/tmp/none.conf", "status"}).status, 2);
 }

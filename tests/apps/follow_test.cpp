@@ -10,6 +10,7 @@
 #include "support/program.h"
 #include "support/spool.h"
 #include "support/sqlite_file.h"
+#include "support/table.h"
 
 namespace {
 
@@ -125,25 +126,22 @@ TEST_F(Follow, BeginsAndFiltersAsAsked) {
         rows += Row(i, std::to_string(i));
     }
     Load(rows);
-    const struct {
-        std::vector<std::string> arguments;
-        const char* subjects;
-    } cases[] = {
-        {{}, "20 21 22 23 24 25 26 27 28 29 x 9"},
+    const test::Table<std::vector<std::string>, const char*> cases = {
+        {std::vector<std::string>{}, "20 21 22 23 24 25 26 27 28 29 x 9"},
         {{"--limit", "2"}, "28 29 x 9"},
         {{"--since", "1970-01-01 00:00:27"}, "27 28 29 x 9"},
         {{"--subject", "9"}, "19 29 9"},
     };
-    for (const auto& row : cases) {
-        SCOPED_TRACE(row.subjects);
+    for (const auto& [options, subjects] : cases) {
+        SCOPED_TRACE(subjects);
         test::RunOnFile(kStore, "DELETE FROM security_log_table WHERE date > 29");
-        std::vector<std::string> arguments = row.arguments;
+        std::vector<std::string> arguments = options;
         arguments.insert(arguments.end(), {"--format", "ndjson"});
         Start(arguments);
         WaitFor("29");
         Load(Row(30, "x") + Row(31, "9"));
         WaitFor("9");
-        EXPECT_EQ(Subjects(Stop().output), row.subjects);
+        EXPECT_EQ(Subjects(Stop().output), subjects);
     }
 }
 

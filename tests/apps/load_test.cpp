@@ -8,6 +8,7 @@
 #include "support/program.h"
 #include "support/spool.h"
 #include "support/sqlite_file.h"
+#include "support/table.h"
 
 namespace {
 
@@ -28,13 +29,7 @@ class Load : public testing::Test {
 };
 
 TEST_F(Load, FillsEveryStore) {
-    const struct {
-        const char* store;
-        const char* record;
-        const char* file;
-        const char* query;
-        const char* cells;
-    } rows[] = {
+    const test::Table<const char*, const char*, const char*, const char*, const char*> rows = {
         {"admin",
          R"({"tab_type":-1,"uid":18446744073709551615,"date":4294967296,"webapi_param":{"a":[1]}})",
          "admin_log.db",
@@ -47,21 +42,18 @@ TEST_F(Load, FillsEveryStore) {
         {"security", R"({"date":7,"type":"spam","event":"e\u0000f"})", "aggr_security_log.db",
          "SELECT date||type||hex(event) FROM security_log_table", "7spam650066"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.store);
-        const Program::Result result = Program::Run({"load", row.store}, row.record);
+    for (const auto& [store, record, file, query, cells] : rows) {
+        SCOPED_TRACE(store);
+        const Program::Result result = Program::Run({"load", store}, record);
         EXPECT_EQ(result.status, 0);
         EXPECT_EQ(result.output, "");
         EXPECT_EQ(result.error, "loaded 1\n");
-        EXPECT_THAT(test::RunOnFile(test::kSpool + row.file, row.query), ElementsAre(row.cells));
+        EXPECT_THAT(test::RunOnFile(test::kSpool + file, query), ElementsAre(cells));
     }
 }
 
 TEST_F(Load, StopsAtALineThatItCannotRead) {
-    const struct {
-        const char* line;
-        const char* error;
-    } rows[] = {
+    const test::Table<const char*, const char*> rows = {
         {"{", "line 3: the line is no JSON"},
         {"{} {}", "line 3: the line is no JSON"},
         {"[]", "line 3: "},
@@ -70,15 +62,15 @@ TEST_F(Load, StopsAtALineThatItCannotRead) {
         {R"({"size":2147483648})", "size"},
         {R"({"subject":1})", "subject"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.line);
+    for (const auto& [line, error] : rows) {
+        SCOPED_TRACE(line);
         std::filesystem::remove(test::kSpool + "aggr_mail_log.db");
         const std::string input = R"({"subject":"a"})"
                                   "\r\n \n" +
-                                  std::string(row.line) + "\n" + R"({"subject":"b"})";
+                                  std::string(line) + "\n" + R"({"subject":"b"})";
         const Program::Result stopped = Program::Run({"load", "mail"}, input);
         EXPECT_EQ(stopped.status, 1);
-        EXPECT_THAT(stopped.error, HasSubstr(row.error));
+        EXPECT_THAT(stopped.error, HasSubstr(error));
         EXPECT_THAT(stopped.error, HasSubstr("line 3: "));
         EXPECT_THAT(stopped.error, HasSubstr("the 1 records before it are stored"));
         EXPECT_THAT(Subjects(), ElementsAre("a"));

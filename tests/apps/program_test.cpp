@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "support/program.h"
+#include "support/table.h"
 
 namespace {
 
@@ -33,11 +34,8 @@ TEST(Program, TellsEverySubcommandInOneLine) {
 }
 
 TEST(Program, RefusesAWrongCommandLine) {
-    const struct {
-        std::vector<std::string> arguments;
-        const char* error;
-    } rows[] = {
-        {{}, "subcommand"},
+    const test::Table<std::vector<std::string>, const char*> rows = {
+        {std::vector<std::string>{}, "subcommand"},
         {{"call", "x", "--uid", "-1"}, "--uid"},
         {{"call", "x", "--exec", "API", "get"}, "--exec"},
         {{"call", "x", "--exec", "API", "get", "one"}, "--exec"},
@@ -58,12 +56,12 @@ TEST(Program, RefusesAWrongCommandLine) {
         {{"export", "mail", "--limit", "1"}, "has all rows"},
         {{"export", "mail", "--sort", "none"}, "take one of date, size"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.error);
-        const Program::Result result = Program::Run(row.arguments);
+    for (const auto& [arguments, error] : rows) {
+        SCOPED_TRACE(error);
+        const Program::Result result = Program::Run(arguments);
         EXPECT_EQ(result.status, 2);
         EXPECT_EQ(result.output, "");
-        EXPECT_THAT(result.error, HasSubstr(row.error));
+        EXPECT_THAT(result.error, HasSubstr(error));
     }
     struct stat status = {};
     EXPECT_NE(stat("/var/spool/@PostCube-Server/aggr_log/aggr_mail_log.db", &status), 0)

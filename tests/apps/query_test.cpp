@@ -6,6 +6,7 @@
 
 #include "support/program.h"
 #include "support/spool.h"
+#include "support/table.h"
 #include "support/text_file.h"
 
 namespace {
@@ -50,27 +51,23 @@ TEST_F(Query, PrintsTheReplyOfBothForms) {
                              "\"statement\":\"<Gr\xc3\xbc\xc3\x9f"
                              R"(e>","tab_type":20,"user":"ann"}],"offset":1,"total":2})";
     const std::string nothing = R"({"log_list":[],"offset":0,"total":0})";
-    const struct {
-        Texts arguments;
-        const char* input;
-        std::string data;
-    } rows[] = {
+    const test::Table<Texts, const char*, std::string> rows = {
         {{"admin.list", "-"}, R"({"offset":1,"limit":1})", page},
         {{"admin.list", "-"}, R"({"query":"queue"})", nothing},
         {{"admin.users"}, "", R"({"users":[{"user":"ann"}]})"},
         {{"mail.list"}, "", nothing},
         {{"security.list"}, "", nothing},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.data);
-        Program::Result result = Run(row.arguments, row.input);
+    for (const auto& [words, input, data] : rows) {
+        SCOPED_TRACE(data);
+        Program::Result result = Run(words, input);
         EXPECT_EQ(result.status, 0) << result.error;
-        EXPECT_EQ(result.output, R"({"code":0,"data":)" + row.data + "}\n");
-        Texts arguments = row.arguments;
+        EXPECT_EQ(result.output, R"({"code":0,"data":)" + data + "}\n");
+        Texts arguments = words;
         arguments.emplace_back("--request");
-        result = Run(arguments, row.input);
+        result = Run(arguments, input);
         EXPECT_EQ(result.status, 0) << result.error;
-        EXPECT_EQ(result.output, R"({"success":true,"data":)" + row.data + "}\n");
+        EXPECT_EQ(result.output, R"({"success":true,"data":)" + data + "}\n");
     }
 }
 
@@ -103,11 +100,7 @@ TEST_F(Query, WritesADocumentAndNothingElse) {
 
 TEST_F(Query, FailsWithTheCode) {
     test::WriteTextFile(kParams, R"({"db_path":"/nowhere/x.db"})");
-    const struct {
-        Texts arguments;
-        const char* output;
-        const char* error;
-    } rows[] = {
+    const test::Table<Texts, const char*, const char*> rows = {
         {{"mail.list", kParams},
          "{\"code\":117,\"data\":{\"reason\":\"Unknown Failure!\"}}\n",
          "mail.list failed with code 117: Unknown Failure!"},
@@ -119,12 +112,12 @@ TEST_F(Query, FailsWithTheCode) {
         {{"mail.list", "/nowhere"}, "", "cannot open /nowhere"},
         {{"mail.list", "--titles", kParams, "/etc/passwd"}, "", "is no JSON"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.error);
-        const Program::Result result = Run(row.arguments);
+    for (const auto& [words, output, error] : rows) {
+        SCOPED_TRACE(error);
+        const Program::Result result = Run(words);
         EXPECT_EQ(result.status, 1);
-        EXPECT_EQ(result.output, row.output);
-        EXPECT_THAT(result.error, HasSubstr(row.error));
+        EXPECT_EQ(result.output, output);
+        EXPECT_THAT(result.error, HasSubstr(error));
     }
 }
 

@@ -14,6 +14,7 @@
 #include "support/spool.h"
 #include "support/sqlite_file.h"
 #include "support/store_rows.h"
+#include "support/table.h"
 
 namespace {
 
@@ -126,11 +127,7 @@ TEST_F(Trace, FindsAllRowsOfAMail) {
     const Texts kMail = {"greylisted", "verdict", "leg", "carl", "bob", "last"};
     const Texts kFiltered = {"names the first id", "filtered", "names the message id",
                              "notification"};
-    const struct {
-        const char* name;
-        Texts arguments;
-        Texts rows;
-    } rows[] = {
+    const test::Table<const char*, Texts, Texts> rows = {
         {"second queue id", {"A2"}, kMail},
         {"queue id of two mails",
          {"A1"},
@@ -155,17 +152,13 @@ TEST_F(Trace, FindsAllRowsOfAMail) {
         {"wildcards and quotes in a queue id", {"Q%'\"_"}, {"odd"}},
         {"wildcards, quotes and umlauts in a message id", {"<ü%'\"@x>"}, {"odd"}},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(Names(row.arguments), row.rows) << row.name;
+    for (const auto& [name, arguments, expected] : rows) {
+        EXPECT_EQ(Names(arguments), expected) << name;
     }
 }
 
 TEST_F(Trace, FindsAllRowsWithAnAddress) {
-    const struct {
-        const char* name;
-        Texts arguments;
-        Texts rows;
-    } rows[] = {
+    const test::Table<const char*, Texts, Texts> rows = {
         {"sender and recipient",
          {"ann@x", "--since", "1970-01-02 03:47:00"},
          {"bob", "last", "too late", "reply", "no sender", "bounce"}},
@@ -177,8 +170,8 @@ TEST_F(Trace, FindsAllRowsWithAnAddress) {
         {"punycode", {"Ida@xn--bcher-kva.example"}, {"umlaut"}},
         {"wildcards, quotes and umlauts", {"\"g_ ü\"@x"}, {"odd"}},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(Names(row.arguments), row.rows) << row.name;
+    for (const auto& [name, arguments, expected] : rows) {
+        EXPECT_EQ(Names(arguments), expected) << name;
     }
 }
 
@@ -200,11 +193,7 @@ TEST_F(Trace, WritesATableOrJson) {
 }
 
 TEST_F(Trace, SaysWhyThereIsNothingToShow) {
-    const struct {
-        Texts arguments;
-        int status;
-        const char* error;
-    } rows[] = {
+    const test::Table<Texts, int, const char*> rows = {
         {{"none\x1b@x"}, 1, "the logs know nothing of none\\x1b@x; check its spelling"},
         {{"Q_'\"_"}, 1, "the logs know nothing of Q_'\"_;"},
         {{"Q%"}, 1, "the logs know nothing of Q%;"},
@@ -215,11 +204,11 @@ TEST_F(Trace, SaysWhyThereIsNothingToShow) {
         {{"m1@x", "--since", "once"}, 2, "is no time"},
         {{"m1@x", "--format", "csv"}, 2, "--format"},
     };
-    for (const auto& row : rows) {
-        const Program::Result result = Run(row.arguments);
-        EXPECT_EQ(result.status, row.status) << row.error;
-        EXPECT_THAT(result.error, HasSubstr(row.error));
-        EXPECT_EQ(result.output, "") << row.error;
+    for (const auto& [arguments, status, error] : rows) {
+        const Program::Result result = Run(arguments);
+        EXPECT_EQ(result.status, status) << error;
+        EXPECT_THAT(result.error, HasSubstr(error));
+        EXPECT_EQ(result.output, "") << error;
     }
 }
 

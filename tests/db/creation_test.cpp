@@ -1,4 +1,3 @@
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <mailserver-log/db/adminlog/admin_log_db.h>
@@ -9,7 +8,6 @@
 #include <signal.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cstring>
 #include <filesystem>
@@ -20,6 +18,7 @@
 
 #include "support/child.h"
 #include "support/outcome.h"
+#include "support/signpost.h"
 #include "support/spool.h"
 #include "support/sqlite_file.h"
 #include "support/syslog_socket.h"
@@ -124,22 +123,18 @@ TYPED_TEST(Creation, LeavesANewerStoreAlone) {
 TYPED_TEST(Creation, SucceedsInAllProcessesThatStartTogether) {
     for (int round = 0; round < 5; ++round) {
         test::EmptySpool();
-        int start[2];
-        ASSERT_EQ(pipe2(start, O_CLOEXEC), 0);
+        const test::Signpost start;
         std::vector<std::unique_ptr<test::Child>> children;
         for (int i = 0; i < 8; ++i) {
             children.push_back(std::make_unique<test::Child>([this, &start]() -> std::string {
-                close(start[1]);
-                char byte = 0;
-                if (read(start[0], &byte, 1) != 0) {
-                    return "no start";
-                }
+                start.Await();
                 TypeParam store = this->Get();
                 return store.MainTable().Create({}) ? "" : "no row";
             }));
         }
-        close(start[0]);
-        close(start[1]);  // all children read the end of the pipe at once
+        for (std::size_t i = 0; i < children.size(); ++i) {
+            start.Show();
+        }
         for (const auto& child : children) {
             EXPECT_EQ(child->Wait(), "") << "round " << round;
         }

@@ -11,6 +11,7 @@
 #include "support/spool.h"
 #include "support/sqlite_file.h"
 #include "support/syslog_socket.h"
+#include "support/table.h"
 
 namespace serverlog::db {
 namespace {
@@ -65,12 +66,7 @@ TEST_F(Listing, ListsTheMainSchema) {
 }
 
 TEST_F(Listing, PagesFromTheNearerEnd) {
-    const struct {
-        int offset;
-        int limit;
-        Dates ascending;
-        Dates descending;
-    } rows[] = {
+    const test::Table<int, int, Dates, Dates> rows = {
         {0, 5, {1, 2, 3, 4, 5}, {10, 9, 8, 7, 6}},
         {5, 5, {6, 7, 8, 9, 10}, {5, 4, 3, 2, 1}},
         {6, 3, {7, 8, 9}, {4, 3, 2}},
@@ -85,13 +81,13 @@ TEST_F(Listing, PagesFromTheNearerEnd) {
         {2147483647, 2147483647, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10}, {10, 9, 8, 7, 6, 5, 4, 3, 2, 1}},
         {6, -2147483647 - 1, {}, {}},
     };
-    for (const auto& row : rows) {
+    for (const auto& [offset, limit, ascending, descending] : rows) {
         for (const char* order : {"ASC", "DESC"}) {
             const auto [total, page] =
-                Table().UnionList(Condition::Null(), "date", order, row.offset, row.limit, both_);
+                Table().UnionList(Condition::Null(), "date", order, offset, limit, both_);
             EXPECT_EQ(total, 10U);
-            EXPECT_EQ(DatesOf(page), std::string(order) == "ASC" ? row.ascending : row.descending)
-                << order << " offset " << row.offset << " limit " << row.limit;
+            EXPECT_EQ(DatesOf(page), std::string(order) == "ASC" ? ascending : descending)
+                << order << " offset " << offset << " limit " << limit;
         }
     }
     EXPECT_TRUE(log_.TakeErrors().empty());
@@ -100,13 +96,7 @@ TEST_F(Listing, PagesFromTheNearerEnd) {
 TEST_F(Listing, UnitesSchemas) {
     const auto fourth = Condition::HasSubstring("subject", "größe");
     const auto other = Condition::Equal("subject", "other");
-    const struct {
-        const char* what;
-        Condition condition;
-        const char* order;
-        Names schemas;
-        Dates dates;
-    } rows[] = {
+    const test::Table<const char*, Condition, const char*, Names, Dates> rows = {
         {"all", Condition::Null(), "", both_, {10, 9, 8, 7, 6, 5, 4, 3, 2, 1}},
         {"one schema", Condition::Null(), "ASC", {"old"}, {1, 3, 5, 7, 9}},
         {"condition in both", other, "ASC", both_, {1, 2, 3, 5, 6, 7, 9, 10}},
@@ -117,11 +107,10 @@ TEST_F(Listing, UnitesSchemas) {
          both_,
          {6, 7, 9, 10}},
     };
-    for (const auto& row : rows) {
-        const auto [total, listed] =
-            Table().UnionList(row.condition, "date", row.order, row.schemas);
-        EXPECT_EQ(total, row.dates.size()) << row.what;
-        EXPECT_EQ(DatesOf(listed), row.dates) << row.what;
+    for (const auto& [what, condition, order, schemas, dates] : rows) {
+        const auto [total, listed] = Table().UnionList(condition, "date", order, schemas);
+        EXPECT_EQ(total, dates.size()) << what;
+        EXPECT_EQ(DatesOf(listed), dates) << what;
     }
     EXPECT_EQ(std::get<0>(Table().UnionList(Condition::Null(), "", "", both_)), 10U);
     EXPECT_EQ(

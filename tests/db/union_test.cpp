@@ -5,16 +5,15 @@
 #include <functional>
 #include <string>
 
+#include "support/table.h"
+
 namespace serverlog::db {
 namespace {
 
 using merodbquery::Condition;
 
 TEST(UnionBase, WritesItsClauses) {
-    const struct {
-        const char* text;
-        std::function<void(UnionBase&)> set;
-    } rows[] = {
+    const test::Table<const char*, std::function<void(UnionBase&)>> rows = {
         {"", [](UnionBase&) {}},
         {"", [](UnionBase& base) { base.Offset(-5), base.Limit(-5); }},
         {" LIMIT -1 OFFSET 5", [](UnionBase& base) { base.Offset(5); }},
@@ -32,11 +31,11 @@ TEST(UnionBase, WritesItsClauses) {
              base.GroupBy("a");
          }},
     };
-    for (const auto& row : rows) {
+    for (const auto& [text, set] : rows) {
         UnionBase base;
-        row.set(base);
+        set(base);
         merodbquery::PositionBinder binder;
-        EXPECT_EQ(base.ComposeQuery(Condition::Null(), binder), row.text);
+        EXPECT_EQ(base.ComposeQuery(Condition::Null(), binder), text);
     }
 }
 

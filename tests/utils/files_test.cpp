@@ -15,6 +15,7 @@
 #include "support/child.h"
 #include "support/outcome.h"
 #include "support/syslog_socket.h"
+#include "support/table.h"
 
 namespace serverlog::utils {
 namespace {
@@ -57,21 +58,16 @@ class Files : public testing::Test {
 };
 
 TEST_F(Files, KindsAreToldWithoutALine) {
-    const struct {
-        std::string path;
-        bool exist;
-        bool directory;
-        bool regular;
-    } rows[] = {
+    const test::Table<std::string, bool, bool, bool> rows = {
         {file_, true, false, true},        {folder_, true, true, false},
         {link_, true, false, true},        {dangling_, false, false, false},
         {missing_, false, false, false},   {missing_ + "/below", false, false, false},
         {"/dev/null", true, false, false},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(Exist(row.path), row.exist) << row.path;
-        EXPECT_EQ(IsDirectory(row.path), row.directory) << row.path;
-        EXPECT_EQ(IsRegularFile(row.path), row.regular) << row.path;
+    for (const auto& [path, exist, directory, regular] : rows) {
+        EXPECT_EQ(Exist(path), exist) << path;
+        EXPECT_EQ(IsDirectory(path), directory) << path;
+        EXPECT_EQ(IsRegularFile(path), regular) << path;
     }
     EXPECT_EQ(Status(folder_), fs::directory_file);
     EXPECT_EQ(Outcome([this] { Status(missing_); }),
@@ -85,10 +81,7 @@ TEST_F(Files, FailuresAreThrownAndLogged) {
     const std::string there = kThere + "/file";
     WriteFileContent(there, "other");
     const std::string more_than_a_buffer(1 << 20, 'x');
-    const struct {
-        std::function<void()> call;
-        std::string text;
-    } rows[] = {
+    const test::Table<std::function<void()>, std::string> rows = {
         {[&] { Exist(below_file); },
          "Get FileSystem Status failed, " + below_file + " Not a directory"},
         {[&] { FileSize(missing_); },
@@ -123,9 +116,9 @@ TEST_F(Files, FailuresAreThrownAndLogged) {
         {[&] { WriteFileContent("/dev/full", more_than_a_buffer); },
          "Failed to write content to the file, /dev/full"},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(Outcome(row.call), row.text);
-        EXPECT_EQ(log_.TakeErrors(), std::vector<std::string>{row.text});
+    for (const auto& [call, text] : rows) {
+        EXPECT_EQ(Outcome(call), text);
+        EXPECT_EQ(log_.TakeErrors(), std::vector<std::string>{text});
     }
     EXPECT_EQ(FileContent(file_) + FileContent(there), "contentother");
 }
@@ -239,12 +232,8 @@ TEST_F(Files, CopyTakesOneThing) {
 }
 
 TEST_F(Files, UpdateKeepsAYoungerTarget) {
-    const struct {
-        const char* name;
-        std::time_t source_time;
-        std::time_t target_time;  // 0: no target
-        bool updated;
-    } rows[] = {
+    // A target_time of 0: no target.
+    const test::Table<const char*, std::time_t, std::time_t, bool> rows = {
         {"younger target", 1000, 1001, false},
         {"equal times", 1000, 1000, true},
         {"older target", 1001, 1000, true},
@@ -252,20 +241,20 @@ TEST_F(Files, UpdateKeepsAYoungerTarget) {
     };
     const std::string source = kHere + "/source";
     const std::string target = kHere + "/target";
-    for (const auto& row : rows) {
+    for (const auto& [name, source_time, target_time, updated] : rows) {
         for (const bool move : {false, true}) {
-            SCOPED_TRACE(std::string(row.name) + (move ? ", moved" : ", copied"));
+            SCOPED_TRACE(std::string(name) + (move ? ", moved" : ", copied"));
             RemoveAll(target);
-            if (row.target_time != 0) {
+            if (target_time != 0) {
                 WriteFileContent(target, "old");
-                SetTime(target, row.target_time);
+                SetTime(target, target_time);
             }
             WriteFileContent(source, "new");
-            SetTime(source, row.source_time);
-            EXPECT_EQ(LastWriteTime(source), row.source_time);
+            SetTime(source, source_time);
+            EXPECT_EQ(LastWriteTime(source), source_time);
             (move ? RenameFileWithUpdate : CopyFileWithUpdate)(source, target);
-            EXPECT_EQ(FileContent(target), row.updated ? "new" : "old");
-            EXPECT_EQ(Exist(source), !(move && row.updated));
+            EXPECT_EQ(FileContent(target), updated ? "new" : "old");
+            EXPECT_EQ(Exist(source), !(move && updated));
         }
     }
 }
@@ -316,13 +305,7 @@ TEST_F(Files, RealAndTemporaryPaths) {
 }
 
 TEST(FilePaths, Parts) {
-    const struct {
-        const char* path;
-        const char* name;
-        const char* stem;
-        const char* extension;
-        const char* parent;
-    } rows[] = {
+    const test::Table<const char*, const char*, const char*, const char*, const char*> rows = {
         {"/a/b.tar.gz", "b.tar.gz", "b.tar", "gz", "/a"},
         {"/a/b", "b", "b", "", "/a"},
         {"/a/b.", "b.", "b", "", "/a"},
@@ -330,11 +313,11 @@ TEST(FilePaths, Parts) {
         {"/", "/", "/", "", ""},
         {"", "", "", "", ""},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(FileName(row.path), row.name) << row.path;
-        EXPECT_EQ(FileStem(row.path), row.stem) << row.path;
-        EXPECT_EQ(FileExtension(row.path), row.extension) << row.path;
-        EXPECT_EQ(FileParentFolder(row.path), row.parent) << row.path;
+    for (const auto& [path, name, stem, extension, parent] : rows) {
+        EXPECT_EQ(FileName(path), name) << path;
+        EXPECT_EQ(FileStem(path), stem) << path;
+        EXPECT_EQ(FileExtension(path), extension) << path;
+        EXPECT_EQ(FileParentFolder(path), parent) << path;
     }
 }
 

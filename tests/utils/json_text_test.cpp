@@ -2,20 +2,19 @@
 
 #include <gtest/gtest.h>
 
+#include "support/table.h"
+
 namespace serverlog::utils {
 namespace {
 
 TEST(JsonText, ReadsWhatTheReaderAlwaysRead) {
-    const struct {
-        const char* text;
-        bool read;
-    } rows[] = {
+    const test::Table<const char*, bool> rows = {
         {"{} behind", true}, {"// why\n[1]", true}, {"{\"a\":1,}", false},
         {"", false},         {"{\"a\"", false},     {"text", false},
     };
-    for (const auto& row : rows) {
+    for (const auto& [text, read] : rows) {
         Json::Value value;
-        EXPECT_EQ(ParseJsonText(row.text, value), row.read) << row.text;
+        EXPECT_EQ(ParseJsonText(text, value), read) << text;
     }
 }
 

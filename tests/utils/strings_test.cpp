@@ -4,6 +4,7 @@
 
 #include <climits>
 
+#include "support/table.h"
 #include "utils/vector_join.h"
 
 namespace serverlog::utils {
@@ -12,11 +13,7 @@ namespace {
 using Strings = std::vector<std::string>;
 
 TEST(Split, TheTwoFormsDifferInEmptyPieces) {
-    const struct {
-        std::string text;
-        Strings by_character;
-        Strings by_string;
-    } rows[] = {
+    const test::Table<std::string, Strings, Strings> rows = {
         {"", {}, {}},
         {"a", {"a"}, {"a"}},
         {"a,,b,", {"a", "", "b"}, {"a", "b"}},
@@ -24,9 +21,9 @@ TEST(Split, TheTwoFormsDifferInEmptyPieces) {
         {",", {""}, {}},
         {"a\nb,c", {"a\nb", "c"}, {"a\nb", "c"}},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(Split(row.text, ','), row.by_character) << row.text;
-        EXPECT_EQ(Split(row.text, std::string(",")), row.by_string) << row.text;
+    for (const auto& [text, by_character, by_string] : rows) {
+        EXPECT_EQ(Split(text, ','), by_character) << text;
+        EXPECT_EQ(Split(text, std::string(",")), by_string) << text;
     }
     EXPECT_EQ(Split("a, b, , c,d", std::string(", ")), (Strings{"a", "b", "c,d"}));
 }
@@ -34,11 +31,7 @@ TEST(Split, TheTwoFormsDifferInEmptyPieces) {
 // One row a call: what came out and what should have.
 TEST(Strings, Texts) {
     const std::string with_nul("a\0b", 3);
-    const struct {
-        const char* call;
-        std::string got;
-        std::string expected;
-    } rows[] = {
+    const test::Table<const char*, std::string, std::string> rows = {
         {"Trim both ends", Trim(" \t\r\na b\v\f "), "a b"},
         {"Trim nothing but space", Trim(" \n "), ""},
         {"Trim keeps bytes above 127", Trim("\xc2\xa0 "), "\xc2\xa0"},
@@ -71,8 +64,8 @@ TEST(Strings, Texts) {
         {"AddressToUtf8 punycode", AddressToUtf8("a@xn--bcher-kva.example"), "a@bücher.example"},
         {"AddressToUtf8 undecodable", AddressToUtf8("=?no-such?B?YQ==?="), "=?no-such?B?YQ==?="},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(row.got, row.expected) << row.call;
+    for (const auto& [call, got, expected] : rows) {
+        EXPECT_EQ(got, expected) << call;
     }
 }
 
@@ -87,10 +80,7 @@ TEST(Strings, StartswithComparesBytes) {
 }
 
 TEST(SizeToKb, CutsAndSwitchesToExponents) {
-    const struct {
-        int bytes;
-        const char* text;
-    } rows[] = {
+    const test::Table<int, const char*> rows = {
         {0, "0KB"},
         {1, "0.0KB"},
         {1000, "0.9KB"},
@@ -105,8 +95,8 @@ TEST(SizeToKb, CutsAndSwitchesToExponents) {
         {INT_MAX, "2.0KB"},
         {INT_MIN, "-2.0KB"},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(SizeToKb(row.bytes), row.text) << row.bytes;
+    for (const auto& [bytes, text] : rows) {
+        EXPECT_EQ(SizeToKb(bytes), text) << bytes;
     }
 }
 

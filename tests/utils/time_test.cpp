@@ -5,6 +5,7 @@
 
 #include <limits>
 
+#include "support/table.h"
 #include "support/time_zone.h"
 
 namespace serverlog::utils {
@@ -14,11 +15,7 @@ namespace {
 constexpr char kSummerTimeZone[] = "CET-1CEST,M3.5.0,M10.5.0/3";
 
 TEST(Time, TextIsLocalTime) {
-    const struct {
-        const char* zone;
-        long time;
-        const char* text;
-    } rows[] = {
+    const test::Table<const char*, long, const char*> rows = {
         {"UTC", 0, "1970-01-01 00:00:00"},
         {"UTC", -1, "1969-12-31 23:59:59"},
         {kSummerTimeZone, 1795341600, "2026-11-22 11:00:00"},
@@ -26,9 +23,9 @@ TEST(Time, TextIsLocalTime) {
         {kSummerTimeZone, 1774746000, "2026-03-29 03:00:00"},
         {"UTC", 4102444800, "2100-01-01 00:00:00"},
     };
-    for (const auto& row : rows) {
-        test::SetZone(row.zone);
-        EXPECT_EQ(ConvertToTimeString(row.time), row.text) << row.zone << ' ' << row.time;
+    for (const auto& [zone, time, text] : rows) {
+        test::SetZone(zone);
+        EXPECT_EQ(ConvertToTimeString(time), text) << zone << ' ' << time;
     }
 }
 
@@ -51,11 +48,8 @@ TEST(Time, TextOfManyIsThatOfEach) {
 }
 
 TEST(Time, DayStartsWithoutDaylightSaving) {
-    const struct {
-        const char* zone;
-        const char* date;
-        const char* start;  // as ConvertToTimeString tells it
-    } rows[] = {
+    // The start is what ConvertToTimeString makes of it.
+    const test::Table<const char*, const char*, const char*> rows = {
         {"UTC", "2026/11/22", "2026-11-22 00:00:00"},
         {kSummerTimeZone, "2026/11/22", "2026-11-22 00:00:00"},
         {kSummerTimeZone, "2026/07/01", "2026-07-01 01:00:00"},
@@ -66,10 +60,9 @@ TEST(Time, DayStartsWithoutDaylightSaving) {
         {"UTC", "2026-11-22", "2025-12-31 00:00:00"},
         {"UTC", "", "1899-12-31 00:00:00"},
     };
-    for (const auto& row : rows) {
-        test::SetZone(row.zone);
-        EXPECT_EQ(ConvertToTimeString(ConvertTimeStringToTime(row.date)), row.start)
-            << row.zone << ' ' << row.date;
+    for (const auto& [zone, date, start] : rows) {
+        test::SetZone(zone);
+        EXPECT_EQ(ConvertToTimeString(ConvertTimeStringToTime(date)), start) << zone << ' ' << date;
     }
 }
 

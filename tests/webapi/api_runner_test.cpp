@@ -22,6 +22,7 @@
 #include "support/spool.h"
 #include "support/sqlite_file.h"
 #include "support/store_rows.h"
+#include "support/table.h"
 #include "support/text_file.h"
 
 namespace serverlog::webapi {
@@ -83,23 +84,18 @@ TEST_F(APIRunnerTest, TellsOfAFailureOfTheStoreOnlyAndInJsonOnly) {
     test::WriteTextFile(broken, "this is no database, and long enough to be read as one");
     const std::string of_store = "DB upgrade failed, path from:" + broken;
     const std::string unknown = "Unknown Failure!";
-    const struct {
-        std::string path;
-        std::string reason;
-        std::string json_line;
-        std::string request_line;
-    } rows[] = {
+    const test::Table<std::string, std::string, std::string, std::string> rows = {
         {broken, of_store, "36 Log_API " + of_store, "20 Log_API " + of_store},
         {"/tmp/no such store.db", unknown, "39 " + unknown, "23 " + unknown},
     };
-    for (const auto& row : rows) {
+    for (const auto& [path, reason, json_line, request_line] : rows) {
         Json::Value params;
-        params["db_path"] = row.path;
+        params["db_path"] = path;
         for (const Method& method : Methods()) {
-            SCOPED_TRACE(row.path + " " + method.name);
+            SCOPED_TRACE(path + " " + method.name);
             log_.Take();
-            EXPECT_EQ(method.by_json(params), make_output(117, row.reason));
-            EXPECT_EQ(TakeRunnerLines(), Lines{"lib/webapi/api_runner:" + row.json_line});
+            EXPECT_EQ(method.by_json(params), make_output(117, reason));
+            EXPECT_EQ(TakeRunnerLines(), Lines{"lib/webapi/api_runner:" + json_line});
 
             MERO::APIRequest request = test::RequestWith(params);
             MERO::APIResponse response;
@@ -107,7 +103,7 @@ TEST_F(APIRunnerTest, TellsOfAFailureOfTheStoreOnlyAndInJsonOnly) {
             EXPECT_EQ(response.GetError(), 117);
             EXPECT_TRUE(response.GetBody().isNull());
             EXPECT_EQ(response.IsOutputEnabled(), !method.is_export);
-            EXPECT_EQ(TakeRunnerLines(), Lines{"lib/webapi/api_runner:" + row.request_line});
+            EXPECT_EQ(TakeRunnerLines(), Lines{"lib/webapi/api_runner:" + request_line});
         }
     }
 }

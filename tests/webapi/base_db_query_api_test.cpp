@@ -7,6 +7,7 @@
 
 #include "support/json_value.h"
 #include "support/query_call.h"
+#include "support/table.h"
 
 namespace serverlog::webapi {
 namespace {
@@ -29,10 +30,7 @@ class Search : public BaseDBQueryAPI {
 
 TEST(BaseDBQueryAPI, ReadsTheSharedParametersInBothForms) {
     const char kDefaults[] = "0|-1|||date|DESC||";
-    const struct {
-        const char* params;
-        const char* fields;
-    } rows[] = {
+    const test::Table<const char*, const char*> rows = {
         {"{}", kDefaults},
         {R"({"offset":5,"limit":0,"query":" grüße ","action":"find","sort_by":"x",
              "sort_direction":"up","date_from":"2026/11/22","date_to":"y"})",
@@ -46,16 +44,16 @@ TEST(BaseDBQueryAPI, ReadsTheSharedParametersInBothForms) {
         {R"([{"offset":5}])", kDefaults},
         {"null", kDefaults},
     };
-    for (const auto& row : rows) {
-        Search by_json(test::JsonOf(row.params));
+    for (const auto& [params, fields] : rows) {
+        Search by_json(test::JsonOf(params));
         EXPECT_EQ(std::get<0>(by_json.ReadRequestFromJson()), 0);
-        EXPECT_EQ(by_json.Fields(), row.fields) << row.params;
+        EXPECT_EQ(by_json.Fields(), fields) << params;
 
-        MERO::APIRequest request = test::RequestWith(test::JsonOf(row.params));
+        MERO::APIRequest request = test::RequestWith(test::JsonOf(params));
         MERO::APIResponse response;
         Search by_request(&request, &response);
         EXPECT_EQ(std::get<0>(by_request.ReadRequest()), 0);
-        EXPECT_EQ(by_request.Fields(), row.fields) << row.params;
+        EXPECT_EQ(by_request.Fields(), fields) << params;
     }
 }
 

@@ -4,6 +4,7 @@
 #include <json/json.h>
 
 #include "apps/admin_line.h"
+#include "support/table.h"
 
 namespace serverlog::program {
 namespace {
@@ -31,12 +32,7 @@ TEST(AdminLogLine, GivesEveryColumn) {
 }
 
 TEST(AdminLogLine, TellsEscapesOfTheSystemLogFromTypedText) {
-    const struct {
-        const char* name;
-        std::string line;
-        std::string statement;
-        std::string parameter;
-    } rows[] = {
+    const test::Table<const char*, std::string, std::string, std::string> rows = {
         {"raw line: nothing was escaped", AdminLine("a#012b", R"({\"p\":\"#012\"})"), "a#012b",
          "#012"},
         {"control characters of the statement", Escaped(AdminLine("a#012#011#177b")),
@@ -50,11 +46,11 @@ TEST(AdminLogLine, TellsEscapesOfTheSystemLogFromTypedText) {
         {"parameters that are JSON only when decoded",
          Escaped(AdminLine("s", R"({#012\"p\":\"v\"#012})")), "s", "v"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        const record::AdminLog record = ReadAdminLogLine(row.line);
-        EXPECT_EQ(record.statement, row.statement);
-        EXPECT_EQ(record.webapi_param["p"].asString(), row.parameter);
+    for (const auto& [name, line, statement, parameter] : rows) {
+        SCOPED_TRACE(name);
+        const record::AdminLog record = ReadAdminLogLine(line);
+        EXPECT_EQ(record.statement, statement);
+        EXPECT_EQ(record.webapi_param["p"].asString(), parameter);
     }
 }
 
@@ -64,10 +60,7 @@ std::string Replaced(const std::string& from, const std::string& to) {
 }
 
 TEST(AdminLogLine, SaysWhyItCannotRead) {
-    const struct {
-        std::string line;
-        std::string reason;
-    } rows[] = {
+    const test::Table<std::string, std::string> rows = {
         {AdminLine("s").substr(0, 100), "the record is cut short"},
         {AdminLine("s").substr(0, 100) + AdminLine("t"), "the record is cut short"},
         {"from=<" + AdminLine("s"),
@@ -89,13 +82,13 @@ TEST(AdminLogLine, SaysWhyItCannotRead) {
         {Replaced(",\"UID\"", ",\"x\":" + std::string(5000, '[') + ",\"UID\""),
          "the record is no JSON that can be read"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.line.substr(0, 300));
+    for (const auto& [line, reason] : rows) {
+        SCOPED_TRACE(line.substr(0, 300));
         try {
-            ReadAdminLogLine(row.line);
+            ReadAdminLogLine(line);
             ADD_FAILURE() << "was read";
         } catch (const LineError& error) {
-            EXPECT_EQ(error.what(), row.reason);
+            EXPECT_EQ(error.what(), reason);
         }
     }
 }
@@ -109,10 +102,7 @@ TEST(AdminLogLine, ToleratesMoreThanItNeeds) {
 }
 
 TEST(AdminLogLine, KnowsThePrefixesOfSystemLogs) {
-    const struct {
-        const char* text;
-        bool is_prefix;
-    } rows[] = {
+    const test::Table<const char*, bool> rows = {
         {"", true},
         {" ", true},
         {"<16>", true},
@@ -128,8 +118,8 @@ TEST(AdminLogLine, KnowsThePrefixesOfSystemLogs) {
         {"Nov 22 10:00:00 nas smtpd[7]: NOQUEUE: ", false},
         {"rubbish ", false},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(IsSyslogPrefix(row.text), row.is_prefix) << row.text;
+    for (const auto& [text, is_prefix] : rows) {
+        EXPECT_EQ(IsSyslogPrefix(text), is_prefix) << text;
     }
 }
 

@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "apps/admin_line.h"
+#include "support/table.h"
 
 namespace serverlog::program {
 namespace {
@@ -36,11 +37,7 @@ TEST(RecordJoiner, MakesMessagesOfLines) {
     const std::string head = "Nov 22 10:00:00 nas cgi: ";
     const std::string mail =
         "Nov 22 10:00:00 nas smtpd: NOQUEUE: from=<" + a.substr(0, a.find('\n'));
-    const struct {
-        const char* name;
-        std::string log;
-        Messages messages;
-    } rows[] = {
+    const test::Table<const char*, std::string, Messages> rows = {
         {"other lines", "x\n\ny", {"x", "", "y"}},
         {"records with line feeds in their texts",
          a + "\nx\n" + head + texts + "\n",
@@ -65,9 +62,9 @@ TEST(RecordJoiner, MakesMessagesOfLines) {
         {"one of those in an open record", cut + "\n" + mail + "\n" + a, {cut, mail, a}},
         {"one of those behind a record", a + " from=<" + cut, {a, " from=<" + cut}},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(Join(row.log), row.messages);
+    for (const auto& [name, log, messages] : rows) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(Join(log), messages);
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include <stdexcept>
 
+#include "support/table.h"
 #include "support/time_zone.h"
 
 namespace serverlog::program {
@@ -16,11 +17,7 @@ class TimeArgument : public testing::Test {
 
 TEST_F(TimeArgument, StandsForASpan) {
     constexpr std::time_t kNow = 1800000000;
-    const struct {
-        const char* text;
-        std::time_t first;
-        std::time_t last;
-    } rows[] = {
+    const test::Table<const char*, std::time_t, std::time_t> rows = {
         {"2026-11-22", 1795302000, 1795302000 + 86399},
         {"2026-03-29", 1774738800, 1774738800 + 23 * 3600 - 1},  // the clock goes forward
         {"2026-10-25", 1792879200, 1792879200 + 25 * 3600 - 1},  // and back
@@ -34,11 +31,11 @@ TEST_F(TimeArgument, StandsForASpan) {
         {"3d", kNow - 259200, kNow - 259200},
         {"1w", kNow - 604800, kNow - 604800},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.text);
-        const TimeSpan span = ParseTime(row.text, kNow);
-        EXPECT_EQ(span.first, row.first);
-        EXPECT_EQ(span.last, row.last);
+    for (const auto& [text, first, last] : rows) {
+        SCOPED_TRACE(text);
+        const TimeSpan span = ParseTime(text, kNow);
+        EXPECT_EQ(span.first, first);
+        EXPECT_EQ(span.last, last);
     }
 }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "support/fake_clock.h"
+#include "support/table.h"
 #include "support/time_zone.h"
 
 namespace serverlog::program {
@@ -18,11 +19,7 @@ std::string Show(const LogLine& line) {
 }
 
 TEST(LogLine, IsReadInEveryForm) {
-    const struct {
-        const char* name;
-        std::string line;
-        std::string parts;
-    } cases[] = {
+    const test::Table<const char*, std::string, std::string> cases = {
         {"log file", "Nov 22 10:00:00 mx1 postfix/smtpd[12]: text: more",
          "mx1|postfix/smtpd|12|text: more"},
         {"one digit of the day", "Nov  2 10:00:00 mx1 cron[1]: x", "mx1|cron|1|x"},
@@ -54,11 +51,11 @@ TEST(LogLine, IsReadInEveryForm) {
          "unreadable"},
         {"too long", "Nov 22 10:00:00 mx1 a: " + std::string(1 << 16, 'x'), "unreadable"},
     };
-    for (const auto& row : cases) {
-        SCOPED_TRACE(row.name);
+    for (const auto& [name, logged, parts] : cases) {
+        SCOPED_TRACE(name);
         LogLineReader reader("here");
         LogLine line;
-        EXPECT_EQ(reader.Read(row.line, line) ? Show(line) : "unreadable", row.parts);
+        EXPECT_EQ(reader.Read(logged, line) ? Show(line) : "unreadable", parts);
     }
 }
 
@@ -73,49 +70,48 @@ std::string Utc(std::int64_t seconds) {
 
 TEST(LogLine, HasTheYearThatItWasLoggedIn) {
     test::SetZone("UTC");
-    const struct {
-        const char* name;
-        const char* now;
-        std::vector<std::string> stamps;
-        std::vector<std::string> times;
-    } cases[] = {
-        {"today", "2026-11-22 12:00:00", {"Nov 22 10:00:00"}, {"2026-11-22 10:00:00"}},
-        {"last December, read in January",
-         "2027-01-01 00:00:05",
-         {"Dec 31 23:59:59", "Jan  1 00:00:01"},
-         {"2026-12-31 23:59:59", "2027-01-01 00:00:01"}},
-        {"the sender's clock is ahead over New Year",
-         "2026-12-31 23:59:50",
-         {"Jan  1 00:00:10", "Dec 31 23:59:49", "Jan  1 00:00:11"},
-         {"2027-01-01 00:00:10", "2026-12-31 23:59:49", "2027-01-01 00:00:11"}},
-        {"a day that would lie in the future",
-         "2026-11-22 12:00:00",
-         {"Nov 24 10:00:00"},
-         {"2025-11-24 10:00:00"}},
-        {"29 February", "2027-02-01 00:00:00", {"Feb 29 10:00:00"}, {"2024-02-29 10:00:00"}},
-        {"a step of the clock backwards",
-         "2026-11-22 12:00:00",
-         {"Nov 22 10:00:05", "Nov 22 10:00:01"},
-         {"2026-11-22 10:00:05", "2026-11-22 10:00:01"}},
-        {"an old log of both forms, over New Year",
-         "2026-11-22 12:00:00",
-         {"2023-12-31T23:59:58.5Z", "Dec 31 23:59:59", "Jan  1 00:00:00", "Dec 31 23:59:59",
-          "2024-01-01T00:30:01+00:30", "Jan  1 00:00:02"},
-         {"2023-12-31 23:59:58", "2023-12-31 23:59:59", "2024-01-01 00:00:00",
-          "2023-12-31 23:59:59", "2024-01-01 00:00:01", "2024-01-01 00:00:02"}},
-        {"a leap second", "2026-11-22 12:00:00", {"2016-12-31T23:59:60Z"}, {"2017-01-01 00:00:00"}},
-    };
-    for (const auto& row : cases) {
-        SCOPED_TRACE(row.name);
-        test::FakeClock::Set(test::LocalTime(row.now));
+    const test::Table<const char*, const char*, std::vector<std::string>, std::vector<std::string>>
+        cases = {
+            {"today", "2026-11-22 12:00:00", {"Nov 22 10:00:00"}, {"2026-11-22 10:00:00"}},
+            {"last December, read in January",
+             "2027-01-01 00:00:05",
+             {"Dec 31 23:59:59", "Jan  1 00:00:01"},
+             {"2026-12-31 23:59:59", "2027-01-01 00:00:01"}},
+            {"the sender's clock is ahead over New Year",
+             "2026-12-31 23:59:50",
+             {"Jan  1 00:00:10", "Dec 31 23:59:49", "Jan  1 00:00:11"},
+             {"2027-01-01 00:00:10", "2026-12-31 23:59:49", "2027-01-01 00:00:11"}},
+            {"a day that would lie in the future",
+             "2026-11-22 12:00:00",
+             {"Nov 24 10:00:00"},
+             {"2025-11-24 10:00:00"}},
+            {"29 February", "2027-02-01 00:00:00", {"Feb 29 10:00:00"}, {"2024-02-29 10:00:00"}},
+            {"a step of the clock backwards",
+             "2026-11-22 12:00:00",
+             {"Nov 22 10:00:05", "Nov 22 10:00:01"},
+             {"2026-11-22 10:00:05", "2026-11-22 10:00:01"}},
+            {"an old log of both forms, over New Year",
+             "2026-11-22 12:00:00",
+             {"2023-12-31T23:59:58.5Z", "Dec 31 23:59:59", "Jan  1 00:00:00", "Dec 31 23:59:59",
+              "2024-01-01T00:30:01+00:30", "Jan  1 00:00:02"},
+             {"2023-12-31 23:59:58", "2023-12-31 23:59:59", "2024-01-01 00:00:00",
+              "2023-12-31 23:59:59", "2024-01-01 00:00:01", "2024-01-01 00:00:02"}},
+            {"a leap second",
+             "2026-11-22 12:00:00",
+             {"2016-12-31T23:59:60Z"},
+             {"2017-01-01 00:00:00"}},
+        };
+    for (const auto& [name, now, stamps, expected] : cases) {
+        SCOPED_TRACE(name);
+        test::FakeClock::Set(test::LocalTime(now));
         LogLineReader reader("here");
         std::vector<std::string> times;
-        for (const std::string& stamp : row.stamps) {
+        for (const std::string& stamp : stamps) {
             const std::string text = stamp + " mx1 a: x";
             LogLine line;
             times.push_back(reader.Read(text, line) ? Utc(line.stamp.seconds) : "unreadable");
         }
-        EXPECT_EQ(times, row.times);
+        EXPECT_EQ(times, expected);
     }
 }
 

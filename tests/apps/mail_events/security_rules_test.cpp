@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "apps/mail_events/event_reader.h"
+#include "support/table.h"
 
 namespace serverlog::program {
 namespace {
@@ -66,11 +67,7 @@ TEST(SecurityRules, FillTheColumns) {
 TEST(SecurityRules, TakeLinesAsTheyAre) {
     const std::string from = "; from=<eve@example.net> to=<ann@example.com> proto=ESMTP helo=<eve>";
     const std::string row = "|203.0.113.5|eve@example.net|ann@example.com|";
-    const struct {
-        const char* name;
-        std::string line;
-        Lines rows;
-    } cases[] = {
+    const test::Table<const char*, std::string, Lines> cases = {
         {"a later recipient, with a queue id, at another service",
          "postfix/submission/smtpd[1]: AAAAA: reject: RCPT from x[203.0.113.5]: 550 5.1.1 "
          "<ann@example.com>: Recipient address rejected: User unknown" +
@@ -120,9 +117,9 @@ TEST(SecurityRules, TakeLinesAsTheyAre) {
          "from=<<script>@x#033[2J> to=<'--@example.com> proto=ESMTP helo=<eve>",
          {"reject|203.0.113.5|<script||"}},
     };
-    for (const auto& row_of : cases) {
-        SCOPED_TRACE(row_of.name);
-        EXPECT_EQ(test::EventReader().Security("Nov 22 10:00:00 mx1 " + row_of.line), row_of.rows);
+    for (const auto& [name, line, rows] : cases) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(test::EventReader().Security("Nov 22 10:00:00 mx1 " + line), rows);
     }
 }
 

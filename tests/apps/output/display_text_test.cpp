@@ -2,15 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include "support/table.h"
+
 namespace serverlog::program {
 namespace {
 
 TEST(DisplayText, ShowsWhatATerminalWouldObey) {
-    const struct {
-        std::string text;
-        std::string visible;
-        std::size_t width;  // of the visible text
-    } rows[] = {
+    // The width is that of the visible text.
+    const test::Table<std::string, std::string, std::size_t> rows = {
         {"plain \\ text", "plain \\ text", 12},
         {std::string("a\0\n\r\t\x1b[2J\x7f", 10), "a\\x00\\n\\r\\t\\x1b[2J\\x7f", 22},
         {"\xc2\x9b"
@@ -26,10 +25,10 @@ TEST(DisplayText, ShowsWhatATerminalWouldObey) {
         {"\xe6\xbc\xa2\xe5\xad\x97", "\xe6\xbc\xa2\xe5\xad\x97", 4},  // wide
         {"", "", 0},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.visible);
-        EXPECT_EQ(VisibleText(row.text), row.visible);
-        EXPECT_EQ(DisplayWidth(row.visible), row.width);
+    for (const auto& [text, visible, width] : rows) {
+        SCOPED_TRACE(visible);
+        EXPECT_EQ(VisibleText(text), visible);
+        EXPECT_EQ(DisplayWidth(visible), width);
     }
 }
 

@@ -11,6 +11,7 @@
 #include "schedule/archive_stamp.h"
 #include "support/program.h"
 #include "support/spool.h"
+#include "support/table.h"
 #include "support/text_file.h"
 #include "support/time_zone.h"
 
@@ -31,13 +32,7 @@ void Set(const std::string& days, const std::string& hour, const std::string& mi
 
 TEST(ArchiveSchedule, FindsTheLatestTime) {
     test::SetZone("Europe/Berlin");
-    const struct {
-        const char* days;
-        const char* hour;
-        const char* minute;
-        const char* now;
-        const char* latest;
-    } rows[] = {
+    const test::Table<const char*, const char*, const char*, const char*, const char*> rows = {
         {"", "", "", "2024-03-13 03:59:00", "2024-03-12 04:00:00"},
         {"", "", "", "2024-03-13 04:00:00", "2024-03-13 04:00:00"},
         {"0,6", "23", "30", "2024-03-13 12:00:00", "2024-03-10 23:30:00"},
@@ -46,23 +41,20 @@ TEST(ArchiveSchedule, FindsTheLatestTime) {
         {"1", "0", "0", "2024-01-01 00:10:00", "2024-01-01 00:00:00"},
         {"0", "4", "0", "2024-04-01 12:00:00", "2024-03-31 04:00:00"},  // behind a day of 23 hours
     };
-    for (const auto& row : rows) {
-        Set(row.days, row.hour, row.minute);
-        EXPECT_EQ(LatestArchiveTime(ReadArchiveSchedule(), test::LocalTime(row.now)),
-                  test::LocalTime(row.latest))
-            << row.days << " " << row.now;
+    for (const auto& [days, hour, minute, now, latest] : rows) {
+        Set(days, hour, minute);
+        EXPECT_EQ(LatestArchiveTime(ReadArchiveSchedule(), test::LocalTime(now)),
+                  test::LocalTime(latest))
+            << days << " " << now;
     }
 }
 
 TEST(ArchiveSchedule, RefusesSettingsThatMakeNoSense) {
-    const struct {
-        const char* days;
-        const char* hour;
-        const char* minute;
-    } rows[] = {{"7", "", ""}, {"1;2", "", ""}, {"", "24", ""}, {"", "", "60"}, {"", "x", ""}};
-    for (const auto& row : rows) {
-        Set(row.days, row.hour, row.minute);
-        EXPECT_THROW(ReadArchiveSchedule(), Failure) << row.days << row.hour << row.minute;
+    const test::Table<const char*, const char*, const char*> rows = {
+        {"7", "", ""}, {"1;2", "", ""}, {"", "24", ""}, {"", "", "60"}, {"", "x", ""}};
+    for (const auto& [days, hour, minute] : rows) {
+        Set(days, hour, minute);
+        EXPECT_THROW(ReadArchiveSchedule(), Failure) << days << hour << minute;
     }
 }
 

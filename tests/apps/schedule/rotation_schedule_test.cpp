@@ -13,6 +13,7 @@
 #include "support/named_rows.h"
 #include "support/spool.h"
 #include "support/sqlite_file.h"
+#include "support/table.h"
 #include "support/text_file.h"
 #include "support/time_zone.h"
 
@@ -54,13 +55,7 @@ class RotationScheduleTest : public testing::Test {
 };
 
 TEST_F(RotationScheduleTest, RotatesRowsOfPastPeriods) {
-    const struct {
-        const char* what;
-        const char* enabled;
-        const char* period;
-        std::time_t oldest;
-        bool due;
-    } rows[] = {
+    const test::Table<const char*, const char*, const char*, std::time_t, bool> rows = {
         {"yesterday, nothing set", "", "", kNow - 13 * kHour, true},
         {"today, nothing set", "", "", kNow - 12 * kHour, false},
         {"yesterday, period off", "no", "monthly", kNow - kDay, true},
@@ -71,12 +66,12 @@ TEST_F(RotationScheduleTest, RotatesRowsOfPastPeriods) {
         {"the 1st, monthly", "yes", "monthly", kNow - 12 * kDay - 12 * kHour, false},
         {"the month before, monthly", "yes", "monthly", kNow - 12 * kDay - 13 * kHour, true},
     };
-    for (const auto& row : rows) {
-        Set(row.enabled, row.period, "");
+    for (const auto& [what, enabled, period, oldest, due] : rows) {
+        Set(enabled, period, "");
         test::RunOnFile(kStore, "DELETE FROM admin_log");
-        Insert(row.oldest);
+        Insert(oldest);
         Insert(kNow);
-        EXPECT_EQ(IsDue(), row.due) << row.what;
+        EXPECT_EQ(IsDue(), due) << what;
     }
 }
 
@@ -107,13 +102,11 @@ TEST_F(RotationScheduleTest, LeavesToTheRotationWhatIsWrongWithAStore) {
 }
 
 TEST_F(RotationScheduleTest, RefusesSettingsThatMakeNoSense) {
-    const struct {
-        const char* period;
-        const char* size;
-    } rows[] = {{"yearly", ""}, {"daily", "large"}, {"daily", "-1"}, {"daily", "10M"}};
-    for (const auto& row : rows) {
-        Set("yes", row.period, row.size);
-        EXPECT_THROW(ReadRotationSchedule(), Failure) << row.period << " " << row.size;
+    const test::Table<const char*, const char*> rows = {
+        {"yearly", ""}, {"daily", "large"}, {"daily", "-1"}, {"daily", "10M"}};
+    for (const auto& [period, size] : rows) {
+        Set("yes", period, size);
+        EXPECT_THROW(ReadRotationSchedule(), Failure) << period << " " << size;
     }
     test::WriteTextFile("/var/packages/PostCube-Server/etc/mailserver.conf", "broken");
     EXPECT_THROW(ReadRotationSchedule(), Failure);

@@ -22,6 +22,7 @@
 #include "support/spool.h"
 #include "support/sqlite_file.h"
 #include "support/syslog_socket.h"
+#include "support/table.h"
 #include "support/text_file.h"
 #include "utils/strings.h"
 
@@ -211,23 +212,20 @@ TEST_F(Rotation, CapKeepsTheBoundaryRowsDateAndWhatIsYounger) {
     auto store = db::Provider(Traits::kPath).Get<MailLogDB>(false);
     const std::string clean_up =
         utils::Replace(Rotater<MailLogDB>("").CleanUpQuery(store, "main"), "4000000", "3");
-    const struct {
-        std::vector<int> dates;
-        std::size_t kept;
-    } rows[] = {
-        {{}, 0},
+    const test::Table<std::vector<int>, std::size_t> rows = {
+        {std::vector<int>{}, 0},
         {{1, 2, 3}, 3},
         {{1, 2, 3, 4}, 4},
         {{1, 2, 3, 4, 5}, 4},
         {{1, 2, 2, 2, 3, 4, 5}, 6},
     };
-    for (const auto& row : rows) {
+    for (const auto& [dates, kept] : rows) {
         RunOnFile(Traits::kPath, "DELETE FROM mail_log_table");
-        for (const int date : row.dates) {
+        for (const int date : dates) {
             Add(Traits::kPath, "x", date);
         }
         RunOnFile(Traits::kPath, clean_up);
-        EXPECT_EQ(Names(Traits::kPath).size(), row.kept) << row.dates.size();
+        EXPECT_EQ(Names(Traits::kPath).size(), kept) << dates.size();
     }
 }
 

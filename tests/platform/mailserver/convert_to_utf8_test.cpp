@@ -4,14 +4,12 @@
 
 #include <string>
 
+#include "support/table.h"
+
 namespace {
 
 TEST(ConvertToUTF8, Addresses) {
-    const struct {
-        const char* name;
-        std::string in;
-        std::string out;
-    } rows[] = {
+    const test::Table<const char*, std::string, std::string> rows = {
         {"plain", "user@example.com", "user@example.com"},
         {"empty", "", ""},
         {"case stays", "User@Example.COM", "User@Example.COM"},
@@ -31,18 +29,15 @@ TEST(ConvertToUTF8, Addresses) {
         {"what only looks encoded", "=?x?= =?utf-8?Z?a?= =?", "=?x?= =?utf-8?Z?a?= =?"},
         {"at sign last", "user@", "user@"},
     };
-    for (const auto& row : rows) {
+    for (const auto& [name, in, expected] : rows) {
         std::string out = "as it was";
-        EXPECT_EQ(MERO::POSTCUBE_SERVER::ConvertToUTF8(row.in, out), 0) << row.name;
-        EXPECT_EQ(out, row.out) << row.name;
+        EXPECT_EQ(MERO::POSTCUBE_SERVER::ConvertToUTF8(in, out), 0) << name;
+        EXPECT_EQ(out, expected) << name;
     }
 }
 
 TEST(ConvertToUTF8, WhatCannotBeDecodedFails) {
-    const struct {
-        const char* name;
-        std::string in;
-    } rows[] = {
+    const test::Table<const char*, std::string> rows = {
         {"broken punycode", "user@xn--zzzzzzzz99999.de"},
         {"punycode of no valid domain", "user@xn--a-ecp.ru"},
         {"unknown charset", "=?x-none?Q?a?="},
@@ -53,10 +48,10 @@ TEST(ConvertToUTF8, WhatCannotBeDecodedFails) {
         {"line feed hidden in a word", "=?utf-8?Q?a=0Ab?="},
         {"NUL hidden in a word", "=?utf-8?B?AGE=?="},
     };
-    for (const auto& row : rows) {
+    for (const auto& [name, in] : rows) {
         std::string out = "as it was";
-        EXPECT_EQ(MERO::POSTCUBE_SERVER::ConvertToUTF8(row.in, out), -1) << row.name;
-        EXPECT_EQ(out, "as it was") << row.name;
+        EXPECT_EQ(MERO::POSTCUBE_SERVER::ConvertToUTF8(in, out), -1) << name;
+        EXPECT_EQ(out, "as it was") << name;
     }
 }
 

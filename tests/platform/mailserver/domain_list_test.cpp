@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "support/syslog_socket.h"
+#include "support/table.h"
 #include "support/text_file.h"
 
 namespace {
@@ -21,13 +22,7 @@ std::string File(const std::string& name) {
 TEST(DomainList, Names) {
     test::SyslogSocket log;
     const std::string long_label(64, 'a');
-    const struct {
-        const char* name;
-        std::string file;
-        int result;
-        Names domains;
-        std::size_t lines;
-    } rows[] = {
+    const test::Table<const char*, std::string, int, Names, std::size_t> rows = {
         {"two",
          R"({"domains":[{"domain_id":2,"name":"b.example"},{"domain_id":1,"name":"a.example"}]})",
          0,
@@ -62,12 +57,12 @@ TEST(DomainList, Names) {
         {"no object", "[]", -1, {"as it was"}, 1},
         {"nested too deep", std::string(5000, '['), -1, {"as it was"}, 1},
     };
-    for (const auto& row : rows) {
-        test::WriteTextFile(kPath, row.file);
+    for (const auto& [name, file, result, expected, lines] : rows) {
+        test::WriteTextFile(kPath, file);
         Names domains = {"as it was"};
-        EXPECT_EQ(loadAllUtf8DomainList(domains), row.result) << row.name;
-        EXPECT_EQ(domains, row.domains) << row.name;
-        EXPECT_EQ(log.TakeTexts(LOG_MAIL | LOG_WARNING).size(), row.lines) << row.name;
+        EXPECT_EQ(loadAllUtf8DomainList(domains), result) << name;
+        EXPECT_EQ(domains, expected) << name;
+        EXPECT_EQ(log.TakeTexts(LOG_MAIL | LOG_WARNING).size(), lines) << name;
     }
     std::filesystem::remove(kPath);
     Names domains = {"old"};

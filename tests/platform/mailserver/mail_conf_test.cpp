@@ -11,6 +11,7 @@
 
 #include "support/child.h"
 #include "support/syslog_socket.h"
+#include "support/table.h"
 #include "support/text_file.h"
 
 namespace {
@@ -39,13 +40,7 @@ class MailConf : public testing::Test {
 };
 
 TEST_F(MailConf, Get) {
-    const struct {
-        const char* name;
-        const char* file;
-        const char* key;
-        int result;
-        const char* value;
-    } rows[] = {
+    const test::Table<const char*, const char*, const char*, int, const char*> rows = {
         {"value", "a=\"1\"\nb=\"2\"\n", "b", 0, "2"},
         {"missing key", "a=\"1\"\n", "b", 0, ""},
         {"empty file", "", "a", 0, ""},
@@ -59,22 +54,16 @@ TEST_F(MailConf, Get) {
         {"text behind the quote", "a=\"1\" x\n", "a", -1, ""},
         {"no setting at all", "a=\"1\"\nhello\n", "a", -1, ""},
     };
-    for (const auto& row : rows) {
-        test::WriteTextFile(kPath, row.file);
+    for (const auto& [name, file, key, result, expected] : rows) {
+        test::WriteTextFile(kPath, file);
         std::string value = "as it was";
-        EXPECT_EQ(mailConfGet(row.key, value), row.result) << row.name;
-        EXPECT_EQ(value, row.result == 0 ? row.value : "as it was") << row.name;
+        EXPECT_EQ(mailConfGet(key, value), result) << name;
+        EXPECT_EQ(value, result == 0 ? expected : "as it was") << name;
     }
 }
 
 TEST_F(MailConf, Set) {
-    const struct {
-        const char* name;
-        const char* before;
-        const char* key;
-        const char* value;
-        const char* after;
-    } rows[] = {
+    const test::Table<const char*, const char*, const char*, const char*, const char*> rows = {
         {"new key", "# note\n\na=\"1\"\n", "b", "2", "# note\n\na=\"1\"\nb=\"2\"\n"},
         {"old key keeps its place", "a=\"1\"\n# note\nb=\"2\"\n", "a", "x y",
          "a=\"x y\"\n# note\nb=\"2\"\n"},
@@ -83,13 +72,13 @@ TEST_F(MailConf, Set) {
         {"other lines stay as written", " b = \"\\2\" \nc=\"3\"", "a", "",
          " b = \"\\2\" \nc=\"3\"\na=\"\"\n"},
     };
-    for (const auto& row : rows) {
-        test::WriteTextFile(kPath, row.before);
-        EXPECT_EQ(mailConfSet(row.key, row.value, false, 0), 0) << row.name;
-        EXPECT_EQ(test::ReadTextFile(kPath), row.after) << row.name;
+    for (const auto& [name, before, key, expected, after] : rows) {
+        test::WriteTextFile(kPath, before);
+        EXPECT_EQ(mailConfSet(key, expected, false, 0), 0) << name;
+        EXPECT_EQ(test::ReadTextFile(kPath), after) << name;
         std::string value;
-        EXPECT_EQ(mailConfGet(row.key, value), 0) << row.name;
-        EXPECT_EQ(value, row.value) << row.name;
+        EXPECT_EQ(mailConfGet(key, value), 0) << name;
+        EXPECT_EQ(value, expected) << name;
     }
     EXPECT_EQ(Files(), Lines{"mailserver.conf"});
     EXPECT_EQ(log_.Take().size(), 0U);

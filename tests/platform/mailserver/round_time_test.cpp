@@ -4,6 +4,7 @@
 #include <ctime>
 #include <string>
 
+#include "support/table.h"
 #include "support/time_zone.h"
 
 namespace {
@@ -29,13 +30,7 @@ std::string Text(long time) {
 
 TEST(GetRoundTime, StartOfThePeriod) {
     constexpr char kBerlin[] = "Europe/Berlin";
-    const struct {
-        const char* name;
-        const char* zone;
-        CountInterval interval;
-        const char* time;
-        const char* start;
-    } rows[] = {
+    const test::Table<const char*, const char*, CountInterval, const char*, const char*> rows = {
         {"hour behind the skipped one", kBerlin, CountInterval::Hour, "2024-03-31 03:30:00 +0200",
          "2024-03-31 03:00:00 +0200"},
         {"repeated hour, first pass", kBerlin, CountInterval::Hour, "2024-10-27 02:59:59 +0200",
@@ -59,27 +54,23 @@ TEST(GetRoundTime, StartOfThePeriod) {
         {"month over a change", kBerlin, CountInterval::Month, "2024-10-31 23:59:59 +0100",
          "2024-10-01 00:00:00 +0200"},
     };
-    for (const auto& row : rows) {
-        test::SetZone(row.zone);
-        const long start = getRoundTime(Seconds(row.time), row.interval);
-        EXPECT_EQ(Text(start), row.start) << row.name;
+    for (const auto& [name, zone, interval, time, expected] : rows) {
+        test::SetZone(zone);
+        const long start = getRoundTime(Seconds(time), interval);
+        EXPECT_EQ(Text(start), expected) << name;
     }
 }
 
 TEST(GetNextMonthStartTime, FirstMomentOfTheNextMonth) {
-    const struct {
-        const char* zone;
-        const char* time;
-        const char* start;
-    } rows[] = {
+    const test::Table<const char*, const char*, const char*> rows = {
         {"Europe/Berlin", "2024-01-31 23:59:59 +0100", "2024-02-01 00:00:00 +0100"},
         {"Europe/Berlin", "2024-03-01 00:00:00 +0100", "2024-04-01 00:00:00 +0200"},
         {"Europe/Berlin", "2024-12-31 12:00:00 +0100", "2025-01-01 00:00:00 +0100"},
         {"America/Sao_Paulo", "1985-10-15 00:00:00 -0300", "1985-11-01 00:00:00 -0300"},
     };
-    for (const auto& row : rows) {
-        test::SetZone(row.zone);
-        EXPECT_EQ(Text(getNextMonthStartTime(Seconds(row.time))), row.start) << row.time;
+    for (const auto& [zone, time, expected] : rows) {
+        test::SetZone(zone);
+        EXPECT_EQ(Text(getNextMonthStartTime(Seconds(time))), expected) << time;
     }
 }
 

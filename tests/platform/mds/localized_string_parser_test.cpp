@@ -7,18 +7,15 @@
 
 #include "support/json_value.h"
 #include "support/syslog_socket.h"
+#include "support/table.h"
 #include "support/text_file.h"
 
 namespace {
 
 TEST(ParseTexts, LinesOfEachKind) {
     test::SyslogSocket log;
-    const struct {
-        const char* name;
-        const char* text;
-        const char* json;
-        std::string skipped;  // numbers of the lines that are told to be wrong
-    } rows[] = {
+    // The last column has the numbers of the lines that are told to be wrong.
+    const test::Table<const char*, const char*, const char*, std::string> rows = {
         {"sections and keys", "[a]\nx=\"1\"\ny=\"2\"\n[b]\nx=\"3\"\n",
          R"({"a":{"x":"1","y":"2"},"b":{"x":"3"}})", ""},
         {"escapes", R"([a]
@@ -36,16 +33,15 @@ path="C:\\x\n")",
          R"({"a":{"y":"2"}})", "1 3 4 5 6 7 8 "},
         {"empty", "", "{}", ""},
     };
-    for (const auto& row : rows) {
-        test::WriteTextFile("/tmp/enu", row.text);
-        EXPECT_EQ(MDS::LocalizedStringParser::ParseTexts("/tmp/enu"), test::JsonOf(row.json))
-            << row.name;
+    for (const auto& [name, text, json, expected] : rows) {
+        test::WriteTextFile("/tmp/enu", text);
+        EXPECT_EQ(MDS::LocalizedStringParser::ParseTexts("/tmp/enu"), test::JsonOf(json)) << name;
         std::string skipped;
         for (const std::string& line : log.TakeTexts(LOG_MAIL | LOG_WARNING)) {
             EXPECT_EQ(line.rfind("/tmp/enu:", 0), 0U) << line;
             skipped += line.substr(9, line.find(' ') - 8);
         }
-        EXPECT_EQ(skipped, row.skipped) << row.name;
+        EXPECT_EQ(skipped, expected) << name;
     }
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "support/json_value.h"
+#include "support/table.h"
 
 namespace {
 
@@ -31,11 +32,7 @@ std::string StateOf(const APIParameter<T>& parameter) {
 }
 
 TEST(APIParameter, IsTakenFromJsonByItsType) {
-    const struct {
-        const char* params;
-        const char* as_text;
-        const char* as_number;
-    } rows[] = {
+    const test::Table<const char*, const char*, const char*> rows = {
         {R"({"k":"a b"})", "a b", "unusable"},
         {R"({"k":""})", "", "unusable"},
         {R"({"k":"7"})", "7", "unusable"},
@@ -55,24 +52,21 @@ TEST(APIParameter, IsTakenFromJsonByItsType) {
         {R"(["k"])", "missing", "missing"},
         {R"("k")", "missing", "missing"},
     };
-    for (const auto& row : rows) {
-        const Json::Value params = test::JsonOf(row.params);
+    for (const auto& [json, as_text, as_number] : rows) {
+        const Json::Value params = test::JsonOf(json);
         EXPECT_EQ(StateOf(APIParameterFactoryBasicImpl<std::string>::FromJson(
                       params, "k", PARAM_OPTIONAL, nullptr)),
-                  row.as_text)
-            << row.params;
+                  as_text)
+            << json;
         EXPECT_EQ(StateOf(APIParameterFactoryBasicImpl<int>::FromJson(params, "k", PARAM_OPTIONAL,
                                                                       nullptr)),
-                  row.as_number)
-            << row.params;
+                  as_number)
+            << json;
     }
 }
 
 TEST(APIParameter, OfAFormMayBeANumbersText) {
-    const struct {
-        std::string text;
-        const char* number;
-    } rows[] = {
+    const test::Table<std::string, const char*> rows = {
         {"7", "7"},
         {"-1", "-1"},
         {"007", "7"},
@@ -86,11 +80,11 @@ TEST(APIParameter, OfAFormMayBeANumbersText) {
         {"", "unusable"},
         {std::string(1U << 20, '9'), "unusable"},
     };
-    for (const auto& row : rows) {
-        const APIRequest request("", 0, "", Json::objectValue, {{"k", row.text}});
-        EXPECT_EQ(StateOf(request.GetAndCheckInt("k", PARAM_OPTIONAL, nullptr)), row.number)
-            << row.text.substr(0, 20);
-        EXPECT_EQ(request.GetAndCheckString("k", PARAM_OPTIONAL, nullptr).Get(), row.text);
+    for (const auto& [text, number] : rows) {
+        const APIRequest request("", 0, "", Json::objectValue, {{"k", text}});
+        EXPECT_EQ(StateOf(request.GetAndCheckInt("k", PARAM_OPTIONAL, nullptr)), number)
+            << text.substr(0, 20);
+        EXPECT_EQ(request.GetAndCheckString("k", PARAM_OPTIONAL, nullptr).Get(), text);
     }
 }
 

@@ -16,6 +16,7 @@
 #include "support/child.h"
 #include "support/json_value.h"
 #include "support/syslog_socket.h"
+#include "support/table.h"
 #include "support/text_file.h"
 
 namespace {
@@ -97,11 +98,7 @@ TEST(APIRunner, OwnFailureOfTheAPIIsPassedOn) {
 TEST(APIRunner, FailingExecutables) {
     test::SyslogSocket log;
     const std::string deep = "head -c 5000 /dev/zero | tr '\\0' '['\n";
-    const struct {
-        const char* name;
-        std::string script;
-        const char* line;
-    } rows[] = {
+    const test::Table<const char*, std::string, const char*> rows = {
         {"status", std::string(kSuccess) + "exit 3", "ended with status 3"},
         {"killed", std::string(kSuccess) + "kill -9 $$", "killed by signal 9"},
         {"nothing", "", "wrote no response object"},
@@ -119,12 +116,11 @@ TEST(APIRunner, FailingExecutables) {
     const std::size_t open_files = OpenFiles();
     // Too large for a pipe: a handler that reads none of it must not block the call.
     const Json::Value large = std::string(1 << 20, 'x');
-    for (const auto& row : rows) {
-        Install(row.script);
-        EXPECT_EQ(Call(kApi, large), Failure(APIRunner::kHandlerFailed)) << row.name;
-        EXPECT_THAT(log.TakeTexts(LOG_MAIL | LOG_WARNING),
-                    testing::ElementsAre(HasSubstr(row.line)))
-            << row.name;
+    for (const auto& [name, script, line] : rows) {
+        Install(script);
+        EXPECT_EQ(Call(kApi, large), Failure(APIRunner::kHandlerFailed)) << name;
+        EXPECT_THAT(log.TakeTexts(LOG_MAIL | LOG_WARNING), testing::ElementsAre(HasSubstr(line)))
+            << name;
     }
     test::WriteTextFile(std::string(APIRunner::kHandlerFolder) + "/" + kApi, "no program", 0755);
     EXPECT_EQ(Call(), Failure(APIRunner::kHandlerFailed));

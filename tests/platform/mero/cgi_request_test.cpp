@@ -7,6 +7,7 @@
 #include <string>
 
 #include "support/json_value.h"
+#include "support/table.h"
 
 namespace {
 
@@ -49,10 +50,7 @@ Texts Post(const std::string& type, std::size_t length) {
 }
 
 TEST(CgiRequest, ReadsAQueryString) {
-    const struct {
-        std::string query;
-        std::string params;
-    } rows[] = {
+    const test::Table<std::string, std::string> rows = {
         {"", "{}"},
         {"limit=5&query=a", R"({"limit":"5","query":"a"})"},
         {"q=a+b%2Bc%20d", R"({"q":"a b+c d"})"},
@@ -67,14 +65,14 @@ TEST(CgiRequest, ReadsAQueryString) {
          R"({"q":")" + std::string(MERO::kCgiQueryLimit - 2, 'x') + R"("})"},
         {"q=" + std::string(MERO::kCgiQueryLimit - 1, 'x'), "414"},
     };
-    for (const auto& row : rows) {
+    for (const auto& [query, params] : rows) {
         // GET requests have no body, whatever a client claims.
         const Read read({{"REQUEST_METHOD", "GET"},
-                         {"QUERY_STRING", row.query},
+                         {"QUERY_STRING", query},
                          {"CONTENT_TYPE", kForm},
                          {"CONTENT_LENGTH", "7"}},
                         "limit=9");
-        EXPECT_EQ(read.params_, row.params) << row.query.substr(0, 40);
+        EXPECT_EQ(read.params_, params) << query.substr(0, 40);
         EXPECT_EQ(read.rest_, 7);
     }
 }
@@ -88,12 +86,7 @@ TEST(CgiRequest, KeepsBytesThatAreNoUtf8) {
 TEST(CgiRequest, ReadsABody) {
     const std::string longest = R"({"q":")" + std::string(MERO::kCgiBodyLimit - 8, 'x') + R"("})";
     ASSERT_EQ(longest.size(), MERO::kCgiBodyLimit);
-    const struct {
-        const char* name;
-        const char* type;
-        std::string body;
-        std::string params;
-    } rows[] = {
+    const test::Table<const char*, const char*, std::string, std::string> rows = {
         {"form", kForm, "query=x+y&a=1", R"({"a":"1","limit":"1","query":"x y"})"},
         {"form over query string", kForm, "limit=2", R"({"limit":"2"})"},
         {"JSON", kJson, R"({"query":"x","n":[1]})", R"({"limit":"1","n":[1],"query":"x"})"},
@@ -111,29 +104,25 @@ TEST(CgiRequest, ReadsABody) {
         {"of another kind", "multipart/form-data; boundary=x", "--x--", "415"},
         {"without a type", "", "limit=2", "415"},
     };
-    for (const auto& row : rows) {
-        Texts environment = Post(row.type, row.body.size());
+    for (const auto& [name, type, body, params] : rows) {
+        Texts environment = Post(type, body.size());
         environment["QUERY_STRING"] = "limit=1";
-        EXPECT_EQ(Read(environment, row.body).params_, row.params) << row.name;
+        EXPECT_EQ(Read(environment, body).params_, params) << name;
     }
 }
 
 TEST(CgiRequest, GoesByTheLengthOfTheBody) {
-    const struct {
-        const char* length;
-        const char* params;
-        long rest;
-    } rows[] = {
+    const test::Table<const char*, const char*, long> rows = {
         {"3", R"({"a":"1"})", 5}, {"", "{}", 8},         {"0", "{}", 8},
         {"9", "400", 0},          {"-1", "400", 8},      {"3x", "400", 8},
         {" 3", "400", 8},         {"1048577", "413", 8}, {"99999999999999999999", "413", 8},
     };
-    for (const auto& row : rows) {
+    for (const auto& [length, params, rest] : rows) {
         Texts environment = Post(kForm, 0);
-        environment["CONTENT_LENGTH"] = row.length;
+        environment["CONTENT_LENGTH"] = length;
         const Read read(environment, "a=1&b=23");
-        EXPECT_EQ(read.params_, row.params) << row.length;
-        EXPECT_EQ(read.rest_, row.rest) << row.length;
+        EXPECT_EQ(read.params_, params) << length;
+        EXPECT_EQ(read.rest_, rest) << length;
     }
     EXPECT_EQ(Read({{"REQUEST_METHOD", "POST"}, {"CONTENT_TYPE", kForm}}, "a=1").params_, "{}");
 }
@@ -151,22 +140,17 @@ TEST(CgiRequest, LetsTheProgramRestrictParameters) {
     const auto check = [](const std::string& key, const Json::Value& value) {
         return key != "db_path" || value == "/inside";
     };
-    const struct {
-        const char* query;
-        const char* body;
-        const char* params;
-    } rows[] = {
+    const test::Table<const char*, const char*, const char*> rows = {
         {"limit=1", "{}", R"({"limit":"1"})"},
         {"db_path=%2Finside", "{}", R"({"db_path":"/inside"})"},
         {"db_path=/etc/shadow", "{}", "403"},
         {"db_path=/inside", R"({"db_path":"/etc/shadow"})", "403"},
         {"", R"({"db_path":["/inside"]})", "403"},
     };
-    for (const auto& row : rows) {
-        Texts environment = Post(kJson, std::string(row.body).size());
-        environment["QUERY_STRING"] = row.query;
-        EXPECT_EQ(Read(environment, row.body, check).params_, row.params)
-            << row.query << " " << row.body;
+    for (const auto& [query, body, params] : rows) {
+        Texts environment = Post(kJson, std::string(body).size());
+        environment["QUERY_STRING"] = query;
+        EXPECT_EQ(Read(environment, body, check).params_, params) << query << " " << body;
     }
 }
 

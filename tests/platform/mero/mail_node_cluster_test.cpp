@@ -8,6 +8,7 @@
 #include <filesystem>
 
 #include "support/syslog_socket.h"
+#include "support/table.h"
 #include "support/text_file.h"
 
 namespace {
@@ -19,13 +20,7 @@ constexpr char kSettings[] = "/var/packages/PostCube-Server/etc/mailserver.conf"
 
 TEST(Cluster, RoleAndHealth) {
     test::SyslogSocket log;
-    const struct {
-        const char* name;
-        const char* settings;
-        bool has_role;
-        int fourth_byte;
-        bool healthy;
-    } rows[] = {
+    const test::Table<const char*, const char*, bool, int, bool> rows = {
         {"nothing set", "", true, 1, true},
         {"single", "cluster_role=\"single\"\ncluster_health=\"yes\"\n", true, 1, true},
         {"master", "cluster_role=\"master\"\ncluster_health=\"no\"\n", true, 1, false},
@@ -33,15 +28,15 @@ TEST(Cluster, RoleAndHealth) {
         {"unknown words", "cluster_role=\"Master\"\ncluster_health=\"maybe\"\n", false, 0, false},
         {"settings that cannot be read", "hello\n", false, 0, false},
     };
-    for (const auto& row : rows) {
-        test::WriteTextFile(kSettings, row.settings);
+    for (const auto& [name, settings, has_role, fourth_byte, healthy] : rows) {
+        test::WriteTextFile(kSettings, settings);
         const MEROMailNodeCluster cluster;
         Role role = {};
-        EXPECT_EQ(cluster.nodeRoleGet(role), row.has_role) << row.name;
+        EXPECT_EQ(cluster.nodeRoleGet(role), has_role) << name;
         unsigned char bytes[4];
         std::memcpy(bytes, &role, sizeof bytes);
-        EXPECT_EQ(bytes[3], row.fourth_byte) << row.name;
-        EXPECT_EQ(cluster.isClusterHealth(false), row.healthy) << row.name;
+        EXPECT_EQ(bytes[3], fourth_byte) << name;
+        EXPECT_EQ(cluster.isClusterHealth(false), healthy) << name;
     }
     log.Take();
     test::WriteTextFile(kSettings, "cluster_health=\"no\"\n");

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "support/table.h"
+
 namespace {
 
 using merodbquery::Condition;
@@ -48,12 +50,7 @@ class ConditionTest : public testing::Test {
 };
 
 TEST_F(ConditionTest, HasSubstringDisregardsCaseAndTakesAllElseLiterally) {
-    struct Case {
-        const char* name;
-        std::string stored;
-        std::string wanted;
-        bool matches;
-    } const cases[] = {
+    const test::Table<const char*, std::string, std::string, bool> cases = {
         {"ASCII, wanted in upper case", "Set a Domain", "DOMAIN", true},
         {"ASCII, stored in upper case", "DOMAIN", "domain", true},
         {"at the end", "domain", "ain", true},
@@ -95,11 +92,11 @@ TEST_F(ConditionTest, HasSubstringDisregardsCaseAndTakesAllElseLiterally) {
         {"a NUL within", std::string("a\0B", 3), "b", true},
         {"long text that grows when folded", std::string(2000, 'x') + "\u0390", "\u0390", true},
     };
-    for (const Case& row : cases) {
-        SCOPED_TRACE(row.name);
+    for (const auto& [name, stored, wanted, matches] : cases) {
+        SCOPED_TRACE(name);
         session_.RawQuery("DELETE FROM t");
-        Insert(row.stored);
-        EXPECT_EQ(row.matches, !Matching(Condition::HasSubstring("a", row.wanted)).empty());
+        Insert(stored);
+        EXPECT_EQ(matches, !Matching(Condition::HasSubstring("a", wanted)).empty());
     }
 }
 
@@ -119,11 +116,7 @@ TEST_F(ConditionTest, ComparesAndJoins) {
         Insert("row " + std::to_string(number), number);
     }
     const auto n = [](const char* op, int value) { return Compare("n", op, value); };
-    struct Case {
-        const char* name;
-        Condition condition;
-        std::vector<std::string> rows;
-    } const cases[] = {
+    const test::Table<const char*, Condition, std::vector<std::string>> cases = {
         {"nothing set",
          Condition::Null() && Condition::Null(),
          {"row 1", "row 2", "row 3", "row 10"}},
@@ -146,9 +139,9 @@ TEST_F(ConditionTest, ComparesAndJoins) {
          {"row 1", "row 2"}},
         {"hostile value", Condition::Equal("a", "' OR 1=1 --"), {}},
     };
-    for (const Case& row : cases) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(row.rows, Matching(row.condition));
+    for (const auto& [name, condition, rows] : cases) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(rows, Matching(condition));
     }
     EXPECT_FALSE((Condition::Null() || Condition::Null()).IsSet());
     EXPECT_TRUE((Condition::Null() || n("=", 1)).IsSet());

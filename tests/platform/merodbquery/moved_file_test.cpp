@@ -12,6 +12,7 @@
 
 #include "support/child.h"
 #include "support/sqlite_file.h"
+#include "support/table.h"
 
 namespace {
 
@@ -45,10 +46,7 @@ class MovedFileTest : public testing::Test {
 };
 
 TEST_F(MovedFileTest, EveryUseOfEveryCopyGoesToThePath) {
-    struct Case {
-        const char* name;
-        std::function<void(Session&)> use;
-    } const cases[] = {
+    const test::Table<const char*, std::function<void(Session&)>> cases = {
         {"raw query",
          [](Session& session) { EXPECT_TRUE(session.RawQuery("INSERT INTO t VALUES('new')")); }},
         {"raw session",
@@ -67,9 +65,9 @@ TEST_F(MovedFileTest, EveryUseOfEveryCopyGoesToThePath) {
              EXPECT_TRUE(session.RawQuery("INSERT INTO t VALUES('new')"));
          }},
     };
-    for (const Case& row : cases) {
-        SCOPED_TRACE(row.name);
-        const std::string path = kFolder + "/" + row.name;
+    for (const auto& [name, use] : cases) {
+        SCOPED_TRACE(name);
+        const std::string path = kFolder + "/" + name;
         fs::copy_file(kPath, path);
         Session session = Session::SQLite(path);
         EXPECT_TRUE(session.RawQuery("SELECT * FROM t"));
@@ -77,7 +75,7 @@ TEST_F(MovedFileTest, EveryUseOfEveryCopyGoesToThePath) {
         fs::rename(path, kAway);
         fs::copy_file(kOther, path);
 
-        row.use(copy);
+        use(copy);
         EXPECT_TRUE(session.RawQuery("INSERT INTO t VALUES('again')"));
         EXPECT_THAT(Rows(path), ElementsAre("other", "new", "again"));
         EXPECT_THAT(Rows(kAway), ElementsAre("old"));

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "support/child.h"
+#include "support/table.h"
 #include "support/text_file.h"
 
 namespace {
@@ -30,21 +31,15 @@ TEST(FileEnum, SelectsSortsAndNames) {
     }
     std::filesystem::create_symlink(folder + "/log-1", folder + "/log-link");
 
-    const struct {
-        std::string folder;
-        std::string prefix;
-        int flags;
-        std::string list;
-    } rows[] = {
+    const test::Table<std::string, std::string, int, std::string> rows = {
         {folder, "log-", 130, "3 /tmp/enum/log-1 /tmp/enum/log-10 /tmp/enum/log-2"},
         {folder + "/", "log-1", 130, "2 /tmp/enum/log-1 /tmp/enum/log-10"},
         {folder, "log-", 0, "5 log-1 log-10 log-2 log-folder log-link"},
         {folder, "", 2, "6 .log log log-1 log-10 log-2 other"},
         {folder, "Log", 130, "0"},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(List(row.folder, row.prefix, row.flags), row.list)
-            << row.folder << " " << row.prefix << " " << row.flags;
+    for (const auto& [path, prefix, flags, list] : rows) {
+        EXPECT_EQ(List(path, prefix, flags), list) << path << " " << prefix << " " << flags;
     }
 }
 

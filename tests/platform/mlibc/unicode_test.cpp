@@ -4,17 +4,12 @@
 #include <string>
 #include <vector>
 
+#include "support/table.h"
+
 namespace {
 
 TEST(UnicodeUpper, TextsAndRoom) {
-    struct Row {
-        std::string name;
-        std::string in;
-        int size;
-        int result;
-        std::string out;
-    };
-    const std::vector<Row> rows = {
+    const test::Table<std::string, std::string, int, int, std::string> rows = {
         {"ASCII", "abc 1", 100, 5, "ABC 1"},
         {"two bytes a letter", "grüße", 100, 7, "GRÜSSE"},
         {"Greek and Cyrillic", "ωжя", 100, 6, "ΩЖЯ"},
@@ -27,12 +22,11 @@ TEST(UnicodeUpper, TextsAndRoom) {
         {"broken bytes", "a\xff", 100, -1, ""},
         {"cut short", "a\xc3", 100, -1, ""},
     };
-    for (const Row& row : rows) {
+    for (const auto& [name, in, size, result, expected] : rows) {
         std::vector<char> out(100, '#');
-        ASSERT_EQ(MLIBCUnicodeUTF8StrUpper(row.in.c_str(), out.data(), row.size), row.result)
-            << row.name;
-        if (row.result >= 0) {
-            EXPECT_STREQ(out.data(), row.out.c_str()) << row.name;
+        ASSERT_EQ(MLIBCUnicodeUTF8StrUpper(in.c_str(), out.data(), size), result) << name;
+        if (result >= 0) {
+            EXPECT_STREQ(out.data(), expected.c_str()) << name;
         }
     }
 }

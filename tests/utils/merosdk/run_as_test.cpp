@@ -9,6 +9,7 @@
 
 #include "support/child.h"
 #include "support/syslog_socket.h"
+#include "support/table.h"
 
 namespace serverlog::utils {
 namespace {
@@ -54,13 +55,7 @@ TEST(RunAs, SwitchesAndComesBack) {
     SKIP_WITHOUT_SECOND_USER();
     test::SyslogSocket log;
     const auto nothing = [] {};
-    const struct {
-        const char* name;
-        std::function<void()> prepare;
-        unsigned uid;
-        unsigned gid;
-        std::string ids;
-    } rows[] = {
+    const test::Table<const char*, std::function<void()>, unsigned, unsigned, std::string> rows = {
         {"root to other", nothing, kOtherUser, kOtherUser, "65534:65534 0:0"},
         {"root to other group", nothing, 0, kOtherUser, "0:65534 0:0"},
         {"other to root", WorkForOtherUser, 0, 0, "0:0 65534:65534"},
@@ -69,8 +64,8 @@ TEST(RunAs, SwitchesAndComesBack) {
         {"other, ids of -1 are root's", WorkForOtherUser, unsigned(-1), unsigned(-1),
          "0:0 65534:65534"},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(IdsInAndBehind(row.prepare, row.uid, row.gid), row.ids) << row.name;
+    for (const auto& [name, prepare, uid, gid, ids] : rows) {
+        EXPECT_EQ(IdsInAndBehind(prepare, uid, gid), ids) << name;
     }
     EXPECT_TRUE(log.Take().empty());
 }

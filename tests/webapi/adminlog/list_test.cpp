@@ -13,6 +13,7 @@
 #include "support/spool.h"
 #include "support/sqlite_file.h"
 #include "support/store_rows.h"
+#include "support/table.h"
 #include "support/text_file.h"
 
 namespace serverlog::webapi {
@@ -75,10 +76,7 @@ TEST_F(AdminListTest, ShowsARow) {
 }
 
 TEST_F(AdminListTest, FindsByAdvanceSearch) {
-    const struct {
-        const char* params;
-        const char* servers;
-    } rows[] = {
+    const test::Table<const char*, const char*> rows = {
         {"{}", "d b a c"},
         {R"({"user":"admin"})", "a"},
         {R"({"user":"adm"})", ""},
@@ -95,20 +93,16 @@ TEST_F(AdminListTest, FindsByAdvanceSearch) {
         {R"({"date_from":"2026/11/22","date_to":"2026/11/22"})", "a"},
         {R"({"action":"list","query":"spam","user":"ann"})", "d c"},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(ListOf<List_v1>(row.params, "server"), row.servers) << row.params;
-        EXPECT_EQ(test::RequestListOf<List_v1>(row.params, "server"), row.servers) << row.params;
+    for (const auto& [params, expected] : rows) {
+        EXPECT_EQ(ListOf<List_v1>(params, "server"), expected) << params;
+        EXPECT_EQ(test::RequestListOf<List_v1>(params, "server"), expected) << params;
     }
 }
 
 TEST_F(AdminListTest, FindsBySimpleSearch) {
     const char kTitles[] = R"({"3":"Account","7":"Spam filter","21":"Domäne","22":null,
                                "16":"Log list","17":"Log settings","99":"Log"})";
-    const struct {
-        const char* query;
-        const char* titles;
-        const char* servers;
-    } rows[] = {
+    const test::Table<const char*, const char*, const char*> rows = {
         {"spam", "null", "c"},         {"spam", kTitles, "a c"},
         {"SPAM FILTER", kTitles, "a"}, {"domÄNE", kTitles, "b"},
         {"domain", kTitles, "b"},      {"account", kTitles, "c"},
@@ -116,30 +110,27 @@ TEST_F(AdminListTest, FindsBySimpleSearch) {
         {"2001", kTitles, "b"},        {"100%", R"({"7":"100%","21":"100%"})", "c"},
         {"größe", kTitles, "a"},       {"nothing", kTitles, ""},
     };
-    for (const auto& row : rows) {
+    for (const auto& [query, titles, expected] : rows) {
         Json::Value params;
-        params["query"] = row.query;
-        EXPECT_EQ(Found(test::TextOf(params), row.titles), row.servers) << row.query << row.titles;
+        params["query"] = query;
+        EXPECT_EQ(Found(test::TextOf(params), titles), expected) << query << titles;
     }
     EXPECT_EQ(Found(R"({"action":"find"})", kTitles), "d b a c");
 }
 
 TEST_F(AdminListTest, SortsByTheClientsFields) {
-    const struct {
-        const char* field;
-        const char* servers;
-    } rows[] = {
+    const test::Table<const char*, const char*> rows = {
         {"date", "c a b d"},   {"tab_type", "c a b d"},  {"user", "b a c d"}, {"ip", "d a c b"},
         {"server", "a b c d"}, {"statement", "c a b d"}, {"uid", "c a b d"},  {"", "c a b d"},
     };
-    for (const auto& row : rows) {
+    for (const auto& [field, expected] : rows) {
         const std::string params =
-            R"({"sort_direction":"ASC","sort_by":")" + std::string(row.field) + "\"}";
+            R"({"sort_direction":"ASC","sort_by":")" + std::string(field) + "\"}";
         const std::string servers = ListOf<List_v1>(params, "server");
         // Rows of one user come in any order.
-        EXPECT_EQ(std::string(row.field) == "user" ? servers.substr(0, 3) : servers,
-                  std::string(row.field) == "user" ? "b a" : row.servers)
-            << row.field;
+        EXPECT_EQ(std::string(field) == "user" ? servers.substr(0, 3) : servers,
+                  std::string(field) == "user" ? "b a" : expected)
+            << field;
     }
 }
 
@@ -161,18 +152,15 @@ TEST_F(AdminListTest, KnowsTheTabsByTheShippedEnglishTitles) {
         EXPECT_NE(title.asString(), "") << titles;
     }
     test::AddRows<db::AdminLogDB>(kPath, {Row(23, "e", "", "", "", 1), Row(6, "f", "", "", "", 2)});
-    const struct {
-        const char* params;
-        const char* servers;
-    } rows[] = {
+    const test::Table<const char*, const char*> rows = {
         {R"({"query":"delegation"})", "f"},
         {R"({"query":"group"})", "e"},
         {R"({"query":"delegation","lang":"ger"})", "f"},
         {R"({"query":"delegierung","lang":"ger"})", ""},
         {R"({"query":"log"})", ""},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(test::RequestListOf<List_v1>(row.params, "server"), row.servers) << row.params;
+    for (const auto& [params, expected] : rows) {
+        EXPECT_EQ(test::RequestListOf<List_v1>(params, "server"), expected) << params;
     }
     EXPECT_EQ(ListOf<List_v1>(R"({"query":"delegation"})", "server"), "")
         << "the JSON form has no titles";

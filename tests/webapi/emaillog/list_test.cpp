@@ -10,6 +10,7 @@
 #include "support/query_fixture.h"
 #include "support/sqlite_file.h"
 #include "support/store_rows.h"
+#include "support/table.h"
 #include "support/text_file.h"
 
 namespace serverlog::webapi {
@@ -105,10 +106,7 @@ TEST_F(MailListTest, ShowsStatusSizeAndMissingRecipientInWords) {
 TEST_F(MailListTest, FindsByAdvanceSearch) {
     test::WriteTextFile(kDomains, R"({"domains":[{"domain_id":1,"name":"example.com"},
                                                  {"domain_id":2,"name":"mine.org"}]})");
-    const struct {
-        const char* params;
-        const char* ids;
-    } rows[] = {
+    const test::Table<const char*, const char*> rows = {
         {R"({"status":"any"})", "a b c d e f"},
         {R"({"status":"send"})", "a"},
         {R"({"status":"receive"})", "b c"},
@@ -138,16 +136,13 @@ TEST_F(MailListTest, FindsByAdvanceSearch) {
         {R"({"action":"Find","query":"ann","status":"send"})", "a"},
         {R"({"query":"  ","status":"send"})", "a"},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(Found(row.params), row.ids) << row.params;
+    for (const auto& [params, ids] : rows) {
+        EXPECT_EQ(Found(params), ids) << params;
     }
 }
 
 TEST_F(MailListTest, FindsBySimpleSearch) {
-    const struct {
-        const char* params;
-        const char* ids;
-    } rows[] = {
+    const test::Table<const char*, const char*> rows = {
         {R"({"action":"find"})", "a b c d e f"},
         {R"({"query":" ann "})", "a b c"},
         {R"({"query":"SALES"})", "b"},
@@ -159,17 +154,14 @@ TEST_F(MailListTest, FindsBySimpleSearch) {
         {R"({"query":"bounce"})", ""},
         {R"({"query":"ann","date_from":"2026/11/23","size_from":9999,"status":"x"})", "a b c"},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(Found(row.params), row.ids) << row.params;
+    for (const auto& [params, ids] : rows) {
+        EXPECT_EQ(Found(params), ids) << params;
     }
     EXPECT_TRUE(log_.TakeErrors().empty());
 }
 
 TEST_F(MailListTest, LogsAnUnknownStatusEachTime) {
-    const struct {
-        const char* params;
-        bool is_logged;
-    } rows[] = {
+    const test::Table<const char*, bool> rows = {
         {R"({"status":"any"})", false},
         {R"({"status":"internal_mail"})", false},
         {R"({"status":"ANY"})", true},
@@ -178,19 +170,19 @@ TEST_F(MailListTest, LogsAnUnknownStatusEachTime) {
         {R"({"status":4})", true},
         {R"({"query":"a","status":"?"})", false},
     };
-    for (const auto& row : rows) {
+    for (const auto& [params, is_logged] : rows) {
         log_.Take();
-        EXPECT_NE(ListOf<List>(row.params, "message_id"), "") << row.params;
+        EXPECT_NE(ListOf<List>(params, "message_id"), "") << params;
         std::vector<std::string> lines;
         for (const auto& line : log_.Take()) {
             lines.push_back(line.text);
         }
         EXPECT_EQ(lines,
-                  row.is_logged
+                  is_logged
                       ? std::vector<std::string>{std::string("lib/webapi/emaillog/list:154 ") +
                                                  kStatusError}
                       : std::vector<std::string>())
-            << row.params;
+            << params;
     }
 }
 
@@ -203,17 +195,14 @@ TEST_F(MailListTest, TakesAllReceivedMailForInternalWithoutDomains) {
 }
 
 TEST_F(MailListTest, SortsByTheClientsFields) {
-    const struct {
-        const char* field;
-        const char* ids;
-    } rows[] = {
+    const test::Table<const char*, const char*> rows = {
         {"date", "a b c d e f"},       {"time", "a b c d e f"},     {"mail_size", "f d a b e c"},
         {"message_id", "a b c d e f"}, {"size", "a b c d e f"},     {"no field", "a b c d e f"},
         {"status", "a b c d e f"},     {"host; --", "a b c d e f"},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(Found(R"({"status":"any","sort_by":")" + std::string(row.field) + "\"}"), row.ids)
-            << row.field;
+    for (const auto& [sort_by, ids] : rows) {
+        EXPECT_EQ(Found(R"({"status":"any","sort_by":")" + std::string(sort_by) + "\"}"), ids)
+            << sort_by;
     }
     const auto first = [](const char* field, const char* direction) {
         return ListOf<List>(R"({"status":"any","limit":1,"sort_by":")" + std::string(field) +
@@ -229,11 +218,7 @@ TEST_F(MailListTest, SortsByTheClientsFields) {
 }
 
 TEST_F(MailListTest, GivesPages) {
-    const struct {
-        const char* params;
-        unsigned offset;
-        const char* ids;
-    } rows[] = {
+    const test::Table<const char*, unsigned, const char*> rows = {
         {R"({"limit":2})", 0, "a b"},
         {R"({"limit":2,"offset":2})", 2, "c d"},
         {R"({"limit":4,"offset":5})", 5, "f"},
@@ -241,11 +226,11 @@ TEST_F(MailListTest, GivesPages) {
         {R"({"limit":2,"offset":9})", 9, "a b c d e f"},
         {R"({"offset":-3,"limit":1})", 4294967293U, "a"},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(Found(row.params), row.ids) << row.params;
-        const Json::Value payload = test::PayloadOf<List>(row.params);
-        EXPECT_EQ(payload["total"].asUInt(), 6U) << row.params;
-        EXPECT_EQ(payload["offset"].asUInt(), row.offset) << row.params;
+    for (const auto& [params, offset, ids] : rows) {
+        EXPECT_EQ(Found(params), ids) << params;
+        const Json::Value payload = test::PayloadOf<List>(params);
+        EXPECT_EQ(payload["total"].asUInt(), 6U) << params;
+        EXPECT_EQ(payload["offset"].asUInt(), offset) << params;
     }
     EXPECT_EQ(test::TextOf(test::PayloadOf<List>(R"({"subject":"nowhere","limit":2})")),
               R"({"log_list":[],"offset":0,"total":0})");

@@ -8,6 +8,7 @@
 #include "support/query_call.h"
 #include "support/query_fixture.h"
 #include "support/store_rows.h"
+#include "support/table.h"
 
 namespace serverlog::webapi {
 namespace {
@@ -64,10 +65,7 @@ TEST_F(SecurityListTest, ShowsARow) {
 }
 
 TEST_F(SecurityListTest, Finds) {
-    const struct {
-        const char* params;
-        const char* hosts;
-    } rows[] = {
+    const test::Table<const char*, const char*> rows = {
         {"{}", "b a c"},
         {R"({"recipient":"@EXAMPLE.org"})", "b a"},
         {R"({"sender":"eve@xn--mller-kva.example"})", "b"},
@@ -91,25 +89,22 @@ TEST_F(SecurityListTest, Finds) {
         {R"({"query":"dmarc"})", ""},
         {R"({"action":"find"})", "b a c"},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(Found(row.params), row.hosts) << row.params;
+    for (const auto& [params, hosts] : rows) {
+        EXPECT_EQ(Found(params), hosts) << params;
     }
     EXPECT_TRUE(log_.TakeErrors().empty());
 }
 
 TEST_F(SecurityListTest, SortsByTheClientsFields) {
-    const struct {
-        const char* field;
-        const char* hosts;
-    } rows[] = {
+    const test::Table<const char*, const char*> rows = {
         {"source", "a b c"}, {"src", "c a b"},  {"mail_host", "a b c"}, {"host", "c a b"},
         {"time", "c a b"},   {"date", "c a b"}, {"type", "a c b"},      {"recipient", "c a b"},
         {"event", "c a b"},  {"x", "c a b"},    {"sender", "c a b"},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(Found(R"({"sort_direction":"ASC","sort_by":")" + std::string(row.field) + "\"}"),
-                  row.hosts)
-            << row.field;
+    for (const auto& [field, hosts] : rows) {
+        EXPECT_EQ(Found(R"({"sort_direction":"ASC","sort_by":")" + std::string(field) + "\"}"),
+                  hosts)
+            << field;
     }
     EXPECT_EQ(Found(R"({"sort_by":"subject","limit":1})"), "a");
 }

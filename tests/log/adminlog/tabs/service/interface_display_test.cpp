@@ -3,6 +3,7 @@
 #include "log/adminlog/tabs/service/network_interface.h"
 #include "support/child.h"
 #include "support/operation_fixture.h"
+#include "support/table.h"
 #include "support/text_file.h"
 
 #include <gmock/gmock.h>
@@ -43,10 +44,7 @@ class InterfaceDisplayTest : public test::OperationTest {
 };
 
 TEST_F(InterfaceDisplayTest, ShowsEachKindByItsName) {
-    struct {
-        char const* name;
-        char const* text;
-    } const rows[] = {
+    const test::Table<char const*, char const*> rows = {
         {"eth0", "LAN 1 (10.0.0.1)"},
         {"eth12", "LAN 13 (10.0.0.1)"},
         {"eth007", "LAN 8 (10.0.0.1)"},
@@ -94,8 +92,8 @@ TEST_F(InterfaceDisplayTest, ShowsEachKindByItsName) {
         {"", "(unknow)  (10.0.0.1)"},
         {"docker0", "(unknow)  (10.0.0.1)"},
     };
-    for (auto const& row : rows) {
-        EXPECT_EQ(Show(row.name), row.text) << row.name;
+    for (const auto& [name, text] : rows) {
+        EXPECT_EQ(Show(name), text) << name;
     }
     EXPECT_THAT(Errors(), IsEmpty());
 }
@@ -111,18 +109,15 @@ TEST_F(InterfaceDisplayTest, NamesContainersWhereTheirTextsAre) {
 }
 
 TEST_F(InterfaceDisplayTest, TellsOfNamesThatItCannotRead) {
-    struct {
-        Json::Value name;
-        char const* error;
-    } const rows[] = {
+    const test::Table<Json::Value, char const*> rows = {
         {"eth", " turn string to int fail: "},
         {"eth2147483647", " turn string to int out of range: 2147483647"},
         {"eth99999999999999999999.1", " turn string to int out of range: 99999999999999999999"},
         {Json::arrayValue, " log interface change fail"},
     };
-    for (auto const& row : rows) {
-        EXPECT_EQ(Show(row.name), "(unknow)  (10.0.0.1)") << row.error;
-        EXPECT_THAT(Errors(), ElementsAre(HasSubstr(row.error)));
+    for (const auto& [name, error] : rows) {
+        EXPECT_EQ(Show(name), "(unknow)  (10.0.0.1)") << error;
+        EXPECT_THAT(Errors(), ElementsAre(HasSubstr(error)));
     }
     EXPECT_EQ(Show("eth0", Json::objectValue), "(unknow) ");
     EXPECT_EQ(Show("eth2147483646"), "LAN 2147483647 (10.0.0.1)");
