@@ -96,13 +96,16 @@ class Query {
     PositionBinder& Binder() { return binder_; }
 
  private:
+    // Shared with a kept statement that they are bound to, which knows them by their address.
+    using Elements = std::vector<std::function<void(soci::statement&)>>;
+
     void BeginRun();
     void AddElement(std::function<void(soci::statement&)> element);
 
     // The order matters: the statement goes first, then what it points at, then its connection.
     Session session_;
     PositionBinder binder_;
-    std::vector<std::function<void(soci::statement&)>> elements_;
+    std::shared_ptr<Elements> elements_ = std::make_shared<Elements>();
     std::unique_ptr<soci::statement> statement_;
     bool was_run_ = false;
     bool last_fetch_ = false;

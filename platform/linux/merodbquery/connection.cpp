@@ -130,7 +130,7 @@ soci::session& Connection::RawSession() {
     return session_;
 }
 
-soci::statement& Connection::KeptStatement(const std::string& text) {
+KeptStatement& Connection::Kept(const std::string& text) {
     FollowFile();
     const auto found = kept_.find(text);
     if (found != kept_.end()) {
@@ -139,7 +139,7 @@ soci::statement& Connection::KeptStatement(const std::string& text) {
     soci::statement statement(session_);
     statement.alloc();
     statement.prepare(text);
-    return kept_.emplace(text, statement).first->second;
+    return kept_.emplace(text, KeptStatement{statement, nullptr}).first->second;
 }
 
 void Connection::FollowFile() {

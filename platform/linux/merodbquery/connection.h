@@ -1,5 +1,6 @@
 #pragma once
 
+#include <merodbquery/session.h>
 #include <soci/soci.h>
 #include <sqlite3.h>
 
@@ -21,7 +22,7 @@ class Connection {
     bool Usable();
     bool Run(const std::string& statement);
     soci::session& RawSession();
-    soci::statement& KeptStatement(const std::string& text);
+    KeptStatement& Kept(const std::string& text);
     void DropStatement(const std::string& text) { kept_.erase(text); }
     void Close();
 
@@ -53,7 +54,7 @@ class Connection {
     sqlite3* handle_ = nullptr;
     soci::session session_;
     // By their texts; finalized before their handle is closed.
-    std::map<std::string, soci::statement> kept_;
+    std::map<std::string, KeptStatement> kept_;
     std::vector<AttachedSchema> attached_;
     // Handles of moved files that unfinished statements still need.
     std::vector<sqlite3*> retired_;

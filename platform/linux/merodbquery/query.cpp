@@ -32,7 +32,7 @@ bool Query::PrepareAndExecute(bool fetch_first) {
     const std::string text = GetQuery();
 
     statement_ = std::make_unique<soci::statement>(session_.GetRawSession());
-    for (const auto& exchange : elements_) {
+    for (const auto& exchange : *elements_) {
         exchange(*statement_);
     }
     binder_.BindTo(*statement_);
@@ -47,13 +47,16 @@ bool Query::PrepareAndExecute(bool fetch_first) {
 void Query::RunKept(const std::string& text) {
     BeginRun();
     try {
-        soci::statement& statement = session_.KeptStatement(text);
-        ForgetBoundValues(statement);
-        for (const auto& exchange : elements_) {
-            exchange(statement);
+        KeptStatement& kept = session_.Kept(text);
+        if (kept.bound != elements_) {
+            ForgetBoundValues(kept.statement);
+            for (const auto& exchange : *elements_) {
+                exchange(kept.statement);
+            }
+            kept.statement.define_and_bind();
+            kept.bound = elements_;
         }
-        statement.define_and_bind();
-        statement.execute(true);
+        kept.statement.execute(true);
     } catch (...) {
         session_.DropStatement(text);
         throw;
@@ -67,10 +70,10 @@ bool Query::FetchNext() {
 
 void Query::AddElement(std::function<void(soci::statement&)> element) {
     if (replace_elements_) {
-        elements_.clear();
+        elements_ = std::make_shared<Elements>();
         replace_elements_ = false;
     }
-    elements_.push_back(std::move(element));
+    elements_->push_back(std::move(element));
 }
 
 }  // namespace merodbquery

@@ -22,8 +22,8 @@ soci::session& Session::GetRawSession() {
     return connection_->RawSession();
 }
 
-soci::statement& Session::KeptStatement(const std::string& text) {
-    return connection_->KeptStatement(text);
+KeptStatement& Session::Kept(const std::string& text) {
+    return connection_->Kept(text);
 }
 
 void Session::DropStatement(const std::string& text) {

@@ -26,6 +26,9 @@ void ReplaceHandle(soci::session& session, sqlite3* handle) {
 void ForgetBoundValues(soci::statement& statement) {
     statement.bind_clean_up();
     auto* backend = static_cast<soci::sqlite3_statement_backend*>(statement.get_backend());
+    // SQLite still points at the texts of whoever bound last, which may be gone.
+    sqlite_api::sqlite3_reset(backend->stmt_);
+    sqlite_api::sqlite3_clear_bindings(backend->stmt_);
     backend->useData_.clear();
     backend->boundByName_ = false;
     backend->boundByPos_ = false;

@@ -3,6 +3,7 @@
 #include <merodbquery/insert_query.h>
 #include <merodbquery/select_query.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -120,6 +121,34 @@ TEST_F(QueryTest, OneInsertRunsAgainWithNewValues) {
     int count = 0;
     session_.GetRawSession() << "SELECT COUNT(*) FROM t", soci::into(count);
     EXPECT_EQ(2, count);
+}
+
+TEST_F(QueryTest, InsertsIntoOneTableKeepTheirOwnValues) {
+    Record mine{"", 1};
+    Record yours{"", 2};
+    auto first = std::make_unique<InsertQuery>(session_, "t");
+    InsertQuery second(session_, "t");
+    for (InsertQuery* query : {first.get(), &second}) {
+        query->SetInsertAll({"a", "n"});
+        query->Bind(query == &second ? soci::use(yours) : soci::use(mine));
+    }
+    for (const char* round : {"early", "late"}) {
+        mine.text = std::string(round) + " mine";
+        yours.text = std::string(round) + " yours";
+        EXPECT_TRUE(first->Execute()) << first->ErrorText();
+        EXPECT_TRUE(second.Execute()) << second.ErrorText();
+    }
+    first.reset();
+    first = std::make_unique<InsertQuery>(session_, "t");  // where the other was, perhaps
+    first->SetInsertAll({"a", "n"});
+    const Record last{"last", 3};
+    first->Bind(soci::use(last));
+    EXPECT_TRUE(first->Execute()) << first->ErrorText();
+
+    std::vector<std::string> rows(10);
+    session_.GetRawSession() << "SELECT a || n FROM t ORDER BY rowid", soci::into(rows);
+    EXPECT_THAT(rows,
+                ElementsAre("early mine1", "early yours2", "late mine1", "late yours2", "last3"));
 }
 
 TEST_F(QueryTest, OneSelectCountsAndThenReads) {
