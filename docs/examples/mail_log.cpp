@@ -28,7 +28,7 @@ int main(int count, char** arguments) {
         mail.mail_from = arguments[1];
         mail.mail_to = arguments[2];
         if (!table.Create(mail)) {
-            std::cerr << "the mail log does not take the event; is its disk full?\n";
+            std::cerr << "the mail log does not take the event: " << table.LastError() << '\n';
             return 1;
         }
         const auto recipient = merodbquery::Condition::Equal("mail_to", arguments[2]);

@@ -183,7 +183,9 @@ TEST_F(ProviderTest, AnswersForAnEmptyAndForABrokenTable) {
 
     store.GetSession().RawQuery("DROP TABLE admin_log");
     EXPECT_FALSE(store.HasRecord());
+    EXPECT_EQ(store.MainTable().LastError(), "");
     EXPECT_FALSE(store.MainTable().Create(row));
+    EXPECT_NE(store.MainTable().LastError().find("no such table: admin_log"), std::string::npos);
     lines = log_.TakeErrors();
     ASSERT_FALSE(lines.empty());
     EXPECT_EQ(lines[0].rfind("get log db record count error: ", 0), 0U) << lines[0];

@@ -47,10 +47,11 @@ void AdminLogStore::Open() {
 
 void AdminLogStore::InsertWhole(const std::vector<record::AdminLog>& records) {
     store_->GetSession().RawQuery("PRAGMA busy_timeout = " + std::to_string(kPatience.count()));
+    db::AdminLogTable& table = store_->MainTable();
     Transaction transaction(store_->GetSession());
     for (const record::AdminLog& record : records) {
-        if (!store_->MainTable().Create(record)) {
-            throw Failure("the store does not take a row; the disk may be full");
+        if (!table.Create(record)) {
+            throw Failure("the store does not take a row: " + table.LastError());
         }
     }
     transaction.Commit();

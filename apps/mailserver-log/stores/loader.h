@@ -117,10 +117,11 @@ class Loader {
             return;
         }
         try {
+            auto& table = store_.Get().MainTable();
             Transaction transaction(store_.Get().GetSession());
             for (const Record& record : batch_) {
-                if (!store_.Get().MainTable().Create(record)) {
-                    throw Failure("the store does not take a row; the disk may be full");
+                if (!table.Create(record)) {
+                    throw Failure("the store does not take a row: " + table.LastError());
                 }
             }
             transaction.Commit();

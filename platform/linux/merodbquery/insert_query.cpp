@@ -15,7 +15,8 @@ bool InsertQuery::Execute() {
         RunKept(text_);
         return true;
     } catch (const soci::soci_error& error) {
-        SetErrorText(error.what());
+        // Not what(): that goes on with the statement and its values, which the caller knows.
+        SetErrorText(error.get_error_message());
         return false;
     }
 }

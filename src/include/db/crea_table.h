@@ -28,8 +28,12 @@ class MAILSERVER_LOG_EXPORT CreaTable {
     CreaTable(merodbquery::Session& session, std::string table);
     virtual ~CreaTable() = default;
 
-    /// Inserts one row. False if the statement failed; SQLite then left the table as it was.
+    /// Inserts one row. False if the statement failed, for LastError() to tell why; SQLite then
+    /// left the table as it was.
     virtual bool Create(const T& record);
+
+    /// Why the last Create gave false, in the words of SQLite or SOCI; empty when it did not.
+    const std::string& LastError() const { return insert_.ErrorText(); }
 
  private:
     // Bound to the insert once and given the values of each record: copying them takes a twentieth
