@@ -130,10 +130,18 @@ std::vector<PageQuery> DeepPageQueries(const PageSource& source, const Page& pag
             SlicesOf(SequenceOf(source, page, *filled[0], *filled[1]), page.offset, page.limit);
     }
     std::vector<PageQuery> queries;
+    queries.reserve(slices.size());
     for (const Slice& slice : slices) {
         queries.push_back(SliceQuery(source, page, slice));
     }
     return queries;
+}
+
+// As good as the number of a schema's rows, and there at once.
+double RowSpan(const PageSource& source, const CountedSchema& schema) {
+    const std::string from = "(rowid) FROM " + TableOf(source, schema) + ")";
+    return static_cast<double>(
+        Number(source, "SELECT COALESCE((SELECT MAX" + from + " - (SELECT MIN" + from + ", 0)"));
 }
 
 // Walking over the rows in the order of the page finds those that match at their share of all rows.
@@ -142,9 +150,7 @@ bool WalkIsShort(const PageSource& source, const Page& page) {
     double rows = 0;
     double matching = 0;
     for (const CountedSchema& schema : source.schemas) {
-        const std::string from = "(rowid) FROM " + TableOf(source, schema) + ")";
-        rows += static_cast<double>(Number(
-            source, "SELECT COALESCE((SELECT MAX" + from + " - (SELECT MIN" + from + ", 0)"));
+        rows += RowSpan(source, schema);
         matching += static_cast<double>(schema.rows);
     }
     constexpr double kAdvantage = 4;
@@ -152,26 +158,34 @@ bool WalkIsShort(const PageSource& source, const Page& page) {
     return wanted * rows * kAdvantage < matching * matching;
 }
 
+std::string OrderOf(const PageSource& source, const Page& page) {
+    return " ORDER BY " + source.sort + Direction(page);
+}
+
+// The first rows of one schema that match, as many as the page may need.
+std::string WalkSelect(const PageSource& source, const Page& page, std::size_t schema,
+                       const std::string& index) {
+    merodbquery::PositionBinder unused;
+    return "SELECT * FROM (SELECT *, " + std::to_string(schema) +
+           " AS page_schema, rowid AS page_row FROM " + TableOf(source, source.schemas[schema]) +
+           " INDEXED BY " + index + " WHERE " + source.condition.GetExpression(unused) +
+           OrderOf(source, page) + ", rowid ASC LIMIT " +
+           std::to_string(static_cast<long long>(page.offset) + page.limit) + ")";
+}
+
 // SQLite takes the index of an equality for the best and sorts all that it finds, half a second of
 // 420,000 rows; in the order of the date the first page is there at once. What it sorts comes by
 // the rowid, so rows of the same date stay in that order whichever way the dates go.
 PageQuery WalkQuery(const PageSource& source, const Page& page,
                     const std::vector<std::string>& indices) {
-    merodbquery::PositionBinder unused;
-    const std::string condition = source.condition.GetExpression(unused);
-    const std::string order = " ORDER BY " + source.sort + Direction(page);
-    const std::string offset = std::to_string(page.offset);
-    const std::string wanted = std::to_string(static_cast<long long>(page.offset) + page.limit);
     std::vector<std::string> selects;
-    for (std::size_t i = 0; i < indices.size(); ++i) {
-        selects.push_back("SELECT * FROM (SELECT *, " + std::to_string(i) +
-                          " AS page_schema, rowid AS page_row FROM " +
-                          TableOf(source, source.schemas[i]) + " INDEXED BY " + indices[i] +
-                          " WHERE " + condition + order + ", rowid ASC LIMIT " + wanted + ")");
+    selects.reserve(indices.size());
+    for (const std::string& index : indices) {
+        selects.push_back(WalkSelect(source, page, selects.size(), index));
     }
-    const std::string text = utils::Join(selects, " UNION ALL ") + order +
+    const std::string text = utils::Join(selects, " UNION ALL ") + OrderOf(source, page) +
                              ", page_schema ASC, page_row ASC LIMIT " + std::to_string(page.limit) +
-                             " OFFSET " + offset;
+                             " OFFSET " + std::to_string(page.offset);
     return PageQuery(source.session, text, source.condition, indices.size());
 }
 

@@ -101,15 +101,13 @@ MAILSERVER_LOG_INSTANTIATE(emaillog::Export);
 MAILSERVER_LOG_INSTANTIATE(securitylog::List);
 MAILSERVER_LOG_INSTANTIATE(securitylog::Export);
 
-#define MAILSERVER_LOG_INSTANTIATE_TEXT(List)                                            \
-    template MAILSERVER_LOG_EXPORT std::tuple<int, Json::Value> RunPreparedAsText<List>( \
-        List&, std::string&)
+template MAILSERVER_LOG_EXPORT std::tuple<int, Json::Value> RunPreparedAsText(adminlog::List_v1&,
+                                                                              std::string&);
+template MAILSERVER_LOG_EXPORT std::tuple<int, Json::Value> RunPreparedAsText(emaillog::List&,
+                                                                              std::string&);
+template MAILSERVER_LOG_EXPORT std::tuple<int, Json::Value> RunPreparedAsText(securitylog::List&,
+                                                                              std::string&);
 
-MAILSERVER_LOG_INSTANTIATE_TEXT(adminlog::List_v1);
-MAILSERVER_LOG_INSTANTIATE_TEXT(emaillog::List);
-MAILSERVER_LOG_INSTANTIATE_TEXT(securitylog::List);
-
-#undef MAILSERVER_LOG_INSTANTIATE_TEXT
 #undef MAILSERVER_LOG_INSTANTIATE
 
 }  // namespace serverlog::webapi
