@@ -96,7 +96,7 @@ TEST_F(Collect, TakesWhatItCanAndKeepsWhatItCannot) {
     const std::string rejected = test::ReadTextFile(kRejected);
     EXPECT_EQ(Count(rejected, "\n"), 4U);
     EXPECT_THAT(rejected, HasSubstr("\tthe record is cut short\t" + cut + "\n"));
-    EXPECT_THAT(rejected, HasSubstr("\tWEBAPI_PARAM is no JSON\t"));
+    EXPECT_THAT(rejected, HasSubstr("\tWEBAPI_PARAM is no JSON that can be read\t"));
     EXPECT_THAT(rejected, HasSubstr("\tthe record is longer than 2097152 bytes\t"));
     EXPECT_THAT(rejected, HasSubstr(R"("WEBAPI_PARAM":"{#012"})"));
 }
@@ -135,7 +135,9 @@ TEST_F(Collect, WaitsForRoom) {
                       EscapedAdminLine("cut").substr(0, 99) + "\n" + AdminLine("third") + "\n");
         program.WaitForError("cannot ");
         volume.Limit(-1);
-        EXPECT_EQ(program.Wait().output, "collected 2, rejected 2, skipped 0\n");
+        const Program::Result result = program.Wait();
+        EXPECT_EQ(result.output, "collected 2, rejected 2, skipped 0\n");
+        EXPECT_THAT(result.error, HasSubstr(has_store ? "disk is full" : "too little room"));
         EXPECT_EQ(Statements(), statements);
         EXPECT_EQ(Count(test::ReadTextFile(kRejected), "\n"), 2U);
         EXPECT_THAT(test::RunOnFile(kStore, "PRAGMA integrity_check"), ElementsAre("ok"));

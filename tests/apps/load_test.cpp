@@ -56,6 +56,8 @@ TEST_F(Load, StopsAtALineThatItCannotRead) {
     const test::Table<const char*, const char*> rows = {
         {"{", "line 3: the line is no JSON"},
         {"{} {}", "line 3: the line is no JSON"},
+        {R"({"size":/**/1})", "line 3: the line is no JSON"},
+        {R"({"subject":"c",})", "line 3: the line is no JSON"},
         {"[]", "line 3: "},
         {R"({"subjekt":"x"})", "subjekt"},
         {R"({"date":"x"})", "date"},
@@ -91,6 +93,19 @@ TEST_F(Load, TakesManyRows) {
     }
     EXPECT_EQ(Program::Run({"load", "mail"}, input).error, "loaded 2500\n");
     EXPECT_EQ(Subjects().size(), 2500U);
+}
+
+TEST_F(Load, SaysWhyTheStoreDoesNotTakeARow) {
+    ASSERT_EQ(Program::Run({"load", "mail"}, R"({"subject":"a"})").status, 0);
+    test::RunOnFile(kFolder + "aggr_mail_log.db",
+                    "CREATE TRIGGER full BEFORE INSERT ON mail_log_table WHEN new.size > 9 "
+                    "BEGIN SELECT RAISE(ABORT, 'it is too large'); END");
+    const Program::Result result =
+        Program::Run({"load", "mail"}, "{\"subject\":\"b\"}\n{\"size\":10}\n{\"subject\":\"c\"}");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.error, HasSubstr("the store does not take a row: "));
+    EXPECT_THAT(result.error, HasSubstr(": it is too large; the first 0 records are stored"));
+    EXPECT_THAT(Subjects(), ElementsAre("a"));
 }
 
 TEST_F(Load, NeedsTheFolderOfTheStore) {

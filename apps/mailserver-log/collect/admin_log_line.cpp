@@ -4,8 +4,9 @@
 #include <mailserver-log/log/adminlog/logger/line.h>
 
 #include <algorithm>
-#include <memory>
+#include <optional>
 
+#include "input/input.h"
 #include "input/line_reader.h"
 #include "input/object_scanner.h"
 #include "input/syslog_escapes.h"
@@ -53,22 +54,15 @@ bool Matches(std::string_view text, std::string_view pattern) {
            std::equal(pattern.begin(), pattern.end(), text.begin(), fits);
 }
 
-Json::Value ParseJson(std::string_view text, const std::string& what) {
-    Json::CharReaderBuilder builder;
-    builder["collectComments"] = false;
-    builder["failIfExtra"] = true;
-    builder["rejectDupKeys"] = true;
-    const std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
-    Json::Value value;
-    std::string errors;
-    try {
-        if (!reader->parse(text.data(), text.data() + text.size(), &value, &errors)) {
-            throw LineError(what + " is no JSON");
-        }
-    } catch (const Json::Exception&) {  // nested too deep
+Json::Value ParsePart(std::string_view text, const std::string& what) {
+    // What exactly is wrong may quote the text, and stays out of the reason: that goes to terminals
+    // and between the tabs of the log of rejected lines.
+    std::string error;
+    std::optional<Json::Value> value = ParseJson(text, error);
+    if (!value) {
         throw LineError(what + " is no JSON that can be read");
     }
-    return value;
+    return *std::move(value);
 }
 
 const Json::Value& Member(const Json::Value& object, std::string_view name) {
@@ -114,14 +108,14 @@ std::int32_t Signed32(const Json::Value& object, std::string_view name) {
 Json::Value Parameters(const std::string& text, bool escaped) {
     const std::string what(line::kWebapiParam);
     if (!escaped) {
-        return ParseJson(text, what);
+        return ParsePart(text, what);
     }
     constexpr std::string_view kLineFeed = "#012";
     const bool ends_escaped = EndsWith(text, kLineFeed);
     try {
-        return ParseJson(text.substr(0, text.size() - (ends_escaped ? kLineFeed.size() : 0)), what);
+        return ParsePart(text.substr(0, text.size() - (ends_escaped ? kLineFeed.size() : 0)), what);
     } catch (const LineError&) {
-        return ParseJson(DecodeSyslogEscapes(text), what);
+        return ParsePart(DecodeSyslogEscapes(text), what);
     }
 }
 
@@ -177,7 +171,7 @@ record::AdminLog ReadAdminLogLine(std::string_view message) {
     const std::string_view text = tail.substr(0, length);
     // Escaping leaves no line feed behind, and every record ends its parameters with one.
     const bool escaped = text.find('\n') == kNone;
-    const Json::Value object = ParseJson(text, "the record");
+    const Json::Value object = ParsePart(text, "the record");
     const auto decoded = [&object, escaped](std::string_view name) {
         const std::string value = Text(object, name);
         return escaped ? DecodeSyslogEscapes(value) : value;

@@ -36,7 +36,7 @@ std::string ReadInput(const std::string& path) {
     }
 }
 
-Json::Value ParseDocument(const std::string& text, const std::string& what) {
+std::optional<Json::Value> ParseJson(std::string_view text, std::string& error) {
     Json::CharReaderBuilder builder;
     builder["allowComments"] = false;
     builder["allowTrailingCommas"] = false;
@@ -44,16 +44,24 @@ Json::Value ParseDocument(const std::string& text, const std::string& what) {
     builder["rejectDupKeys"] = true;
     const std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
     Json::Value value;
-    std::string errors;
     try {
-        if (reader->parse(text.data(), text.data() + text.size(), &value, &errors)) {
+        if (reader->parse(text.data(), text.data() + text.size(), &value, &error)) {
             return value;
         }
-    } catch (const Json::Exception& error) {  // nested too deep
-        errors = error.what();
+    } catch (const Json::Exception& thrown) {  // nested too deep
+        error = thrown.what();
     }
-    std::replace(errors.begin(), errors.end(), '\n', ' ');
-    throw Failure(what + " is no JSON: " + errors);
+    std::replace(error.begin(), error.end(), '\n', ' ');
+    return std::nullopt;
+}
+
+Json::Value ParseDocument(std::string_view text, const std::string& what) {
+    std::string error;
+    std::optional<Json::Value> value = ParseJson(text, error);
+    if (!value) {
+        throw Failure(what + " is no JSON: " + error);
+    }
+    return *std::move(value);
 }
 
 Json::Value ReadObject(const std::string& path, const std::string& what) {
