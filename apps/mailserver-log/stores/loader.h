@@ -38,7 +38,9 @@ class Loader {
         : options_(options),
           input_(OpenInput(options.path)),
           store_(Store::kPath),
-          progress_("lines", FileSize(input_.Get())) {}
+          progress_("lines", FileSize(input_.Get())) {
+        KeepChangesInMemory(store_.Get().GetSession());
+    }
 
     /// Works until the end of the input. Throws Failure if a line can't be read or stored, after
     /// storing what stands before it.
