@@ -5,8 +5,7 @@ usage: bench/endpoint.py [--rows N] [--rate N] [--parallel N] [--requests N] [BU
 
 Fifty clients at once list pages of the mail log behind a real lighttpd, each one request after the
 other, while rows are loaded at a steady rate. Prints, for each kind of page, the median, the 95th and
-the 99th percentile, and the CPU time that the server takes for a request, which says something on a
-busy machine too.
+the 99th percentile.
 BUILD is a build folder with the program and the endpoint [build/release].
 """
 
@@ -17,7 +16,6 @@ import http.client
 import json
 import os
 import pathlib
-import resource
 import socket
 import subprocess
 import sys
@@ -115,14 +113,8 @@ def start_server(endpoint):
     sys.exit("endpoint.py: lighttpd does not start")
 
 
-def cpu_seconds():
-    """Of all children that have been waited for, with theirs."""
-    usage = resource.getrusage(resource.RUSAGE_CHILDREN)
-    return usage.ru_utime + usage.ru_stime
-
-
 def ask(endpoint, question, chosen):
-    """Asks one kind of question; gives the times of all requests, the failures and the CPU time."""
+    """Asks one kind of question; gives the times of all requests and the number of failures."""
     server, port = start_server(endpoint)
     clients = [Client(port, question, chosen.requests // chosen.parallel)
                for _ in range(chosen.parallel)]
@@ -130,11 +122,10 @@ def ask(endpoint, question, chosen):
         client.start()
     for client in clients:
         client.join()
-    before = cpu_seconds()
     server.terminate()
     server.wait()
     return (sorted(time for client in clients for time in client.times),
-            sum(client.failures for client in clients), cpu_seconds() - before)
+            sum(client.failures for client in clients))
 
 
 def main():
@@ -159,11 +150,10 @@ def main():
     loader.start()
     begin = time.monotonic()
     for name, question in QUESTIONS.items():
-        times, failures, cpu = ask(endpoint, question, chosen)
+        times, failures = ask(endpoint, question, chosen)
         median, p95, p99 = (1000 * times[len(times) * part // 100] for part in (50, 95, 99))
         print(f"{name}: {len(times)} requests, {chosen.parallel} at once, {failures} failed, "
-              f"median {median:.0f} ms, p95 {p95:.0f} ms, p99 {p99:.0f} ms, "
-              f"CPU {1000 * cpu / len(times):.0f} ms a request", flush=True)
+              f"median {median:.0f} ms, p95 {p95:.0f} ms, p99 {p99:.0f} ms", flush=True)
     rate = loader.loaded / (time.monotonic() - begin)
     loader.stopped.set()
     loader.join()

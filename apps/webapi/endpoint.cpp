@@ -5,7 +5,6 @@
 #include <mero/cgi_request.h>
 #include <mero/cgi_request_error.h>
 #include <signal.h>
-#include <stdlib.h>
 #include <syslog.h>
 #include <unistd.h>
 
@@ -116,12 +115,8 @@ ErrorCode CodeOf(HttpStatus status) {
 
 }  // namespace
 
-int Serve() {
+int Serve(const APIRequest::Texts& environment) {
     OutliveTheClient();
-    openlog("mailserver-log.cgi", 0, LOG_MAIL);
-    const APIRequest::Texts environment = MERO::CgiEnvironment();
-    // The program may run with rights that its caller has not: no library takes a path from here.
-    clearenv();
     try {
         Answer(environment);
     } catch (const ApiError& error) {

@@ -1,13 +1,16 @@
 #pragma once
 
+#include <mero/api_request.h>
+
 namespace serverlog::endpoint {
 
-/// Answers the one request that the web server hands to this process (CGI 1.1, RFC 3875): reads it
-/// from the environment and standard input and writes the reply to standard output.
+/// Answers one request: reads its body from standard input and writes the reply to standard output,
+/// as a CGI program does (CGI 1.1, RFC 3875).
 ///
 /// Whatever is refused or fails is answered as ErrorCode tells; why stands in the mail log only.
 ///
-/// @return the exit status, which is 0
-int Serve();
+/// @param environment  the request's CGI variables
+/// @return             the exit status, which is 0
+int Serve(const MERO::APIRequest::Texts& environment);
 
 }  // namespace serverlog::endpoint

@@ -218,13 +218,6 @@ class EndpointTest(unittest.TestCase):
                 self.assertEqual(reply.code() if code else None, code)
         self.assertEqual(list(SPOOL.iterdir()), [])
 
-    def test_a_server_that_authenticates_nobody_is_refused(self):
-        reply = subprocess.run(
-            [ENDPOINT], check=True, capture_output=True,
-            env={"REQUEST_METHOD": "GET", "QUERY_STRING": "api=x"}).stdout
-        self.assertIn(b"Status: 401 Unauthorized\r\n", reply)
-        self.assertIn(b'{"success":false,"error":{"code":105}}', reply)
-
     def test_a_change_takes_a_post_with_the_token(self):
         handler(QUEUE, 'touch /tmp/called; echo \'{"success":true}\'')
         call = {"api": QUEUE, "method": "delete_all", "version": 1}
@@ -251,6 +244,47 @@ class EndpointTest(unittest.TestCase):
         self.assertEqual(self.token(), token)
         secret = os.stat("/run/mailserver-log/token-1024")
         self.assertEqual(stat.S_IMODE(secret.st_mode), 0o600)
+
+    # ---- How the web server calls ----
+
+    def test_as_a_cgi_program_it_answers_the_same(self):
+        load("mail", [{"subject": f"s{i}", "status": i} for i in range(3)])
+        call = {"api": MAIL_LOG, "method": "list", "version": 1, "subject": "s1"}
+        body = json.dumps(call).encode()
+        user = {"REMOTE_USER": "admin"}
+        post = {**user, "REQUEST_METHOD": "POST", "CONTENT_TYPE": "application/json"}
+        for name, environment, status, reply in (
+                ("GET", {**user, "REQUEST_METHOD": "GET",
+                         "QUERY_STRING": urllib.parse.urlencode(call)}, b"200 OK", None),
+                ("POST", {**post, "CONTENT_LENGTH": str(len(body))}, b"200 OK", None),
+                ("short body", {**post, "CONTENT_LENGTH": str(len(body) + 1)}, b"400 Bad Request",
+                 b'{"success":false,"error":{"code":101}}'),
+                ("nobody authenticated", {"REQUEST_METHOD": "GET", "QUERY_STRING": "api=x"},
+                 b"401 Unauthorized", b'{"success":false,"error":{"code":105}}')):
+            with self.subTest(name):
+                answer = subprocess.run([ENDPOINT], input=body, check=True, capture_output=True,
+                                        env=environment).stdout
+                head, _, rest = answer.partition(b"\r\n\r\n")
+                self.assertEqual(head.split(b"\r\n")[0], b"Status: " + status)
+                self.assertEqual(rest.rstrip(), reply or self.ask("POST", {}, call).body.rstrip())
+
+    def test_what_is_no_scgi_request_is_dropped(self):
+        for name, sent, reason in (
+                ("garbage", b"GET / HTTP/1.1", "length of its variables"),
+                ("no length", b":,", "length of its variables"),
+                ("too long", b"131073:", "128 KiB"),
+                ("no comma", b"4:a\0b\0;", "comma"),
+                ("no value", b"2:a\0,", "without an end"),
+                ("half", b"24:CONTENT_LENGTH\0", "ends before"),
+                ("nothing", b"", "ends before")):
+            with self.subTest(name), socket.socket(socket.AF_UNIX) as connection:
+                connection.connect(f"{FOLDER}/mailserver-log.socket-0")
+                connection.sendall(sent)
+                connection.shutdown(socket.SHUT_WR)
+                with contextlib.suppress(ConnectionResetError):
+                    self.assertEqual(connection.recv(1), b"")
+                wait_for(lambda: any(reason in line for line in self.log.lines()), reason)
+        self.assertEqual(self.get(MAIL_LOG, "list").status, 200)
 
     # ---- What may be asked for ----
 
@@ -381,6 +415,7 @@ class EndpointTest(unittest.TestCase):
 
     def test_a_client_that_hangs_up_ends_its_export(self):
         load("mail", ({"subject": "x" * 1000, "date": i} for i in range(30000)))
+        wait_for(lambda: self.running() == 1, "the requests before to end")
         connection = self.connect()
         connection.connect()
         connection.sock.setsockopt(socket.SOL_SOCKET, socket.SO_RCVBUF, 4096)
@@ -389,22 +424,21 @@ class EndpointTest(unittest.TestCase):
         response = connection.getresponse()
         self.assertEqual(response.status, 200)
         response.read(1000)
-        exporting = self.running()
-        self.assertEqual(len(exporting), 1, "the export waits for its reader")
+        self.assertEqual(self.running(), 2, "the export waits for its reader")
         response.close()
         connection.close()
-        wait_for(lambda: not self.running(), "the export to end")
+        wait_for(lambda: self.running() == 1, "the export to end")
         line, = self.statements()
         self.assertRegex(line["STATEMENT"], "was exported")
         self.assertEqual(self.get(MAIL_LOG, "list", limit=1).status, 200)
 
     @staticmethod
     def running():
-        found = []
+        """The processes of the endpoint; one of them waits for requests."""
+        found = 0
         for link in glob.glob("/proc/[0-9]*/exe"):
             with contextlib.suppress(OSError):
-                if os.readlink(link) == os.path.realpath(ENDPOINT):
-                    found.append(link)
+                found += os.readlink(link) == os.path.realpath(ENDPOINT)
         return found
 
     def test_the_inside_of_a_failure_stays_inside(self):
