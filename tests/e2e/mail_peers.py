@@ -3,7 +3,6 @@
 import smtplib
 import socket
 import socketserver
-import struct
 import threading
 
 
@@ -13,20 +12,22 @@ def free_port():
         return probe.getsockname()[1]
 
 
+class LoopbackServer(socketserver.ThreadingTCPServer):
+    allow_reuse_address = True
+    daemon_threads = True
+
+
 class Peer:
     """A server on loopback from start() to stop(). Kind is a request handler; it finds this object
     as self.server.peer."""
 
-    def __init__(self, kind, server_class=socketserver.ThreadingTCPServer, port=None):
+    def __init__(self, kind):
         self.kind = kind
-        self.server_class = server_class
-        self.port = port or free_port()
+        self.port = free_port()
         self.server = None
 
     def start(self):
-        self.server_class.allow_reuse_address = True
-        self.server_class.daemon_threads = True
-        self.server = self.server_class(("127.0.0.1", self.port), self.kind)
+        self.server = LoopbackServer(("127.0.0.1", self.port), self.kind)
         self.server.peer = self
         threading.Thread(target=self.server.serve_forever, daemon=True).start()
 
@@ -41,14 +42,13 @@ class SmtpPeer(Peer):
 
     refusals maps a recipient to the replies of its first RCPT commands; after these, and any other
     recipient, is accepted. With next_port each mail is handed on to that port, as a content filter
-    does; one with tells_origin passes on whose mail it is (Postfix's XFORWARD_README).
+    does.
     """
 
-    def __init__(self, refusals=None, next_port=None, tells_origin=False):
+    def __init__(self, refusals=None, next_port=None):
         super().__init__(SmtpConversation)
         self.refusals = {name: list(replies) for name, replies in (refusals or {}).items()}
         self.next_port = next_port
-        self.tells_origin = tells_origin
 
     def refusal(self, recipient):
         replies = self.refusals.get(recipient)
@@ -61,19 +61,14 @@ class SmtpConversation(socketserver.StreamRequestHandler):
 
     def handle(self):
         self.say("220 peer.test ESMTP")
-        lmtp, sender, recipients, self.origin = False, "", [], []
+        lmtp, sender, recipients = False, "", []
         while line := self.rfile.readline():
             verb, _, argument = line.decode("utf-8", "replace").strip().partition(" ")
             verb = verb.upper()
             if verb in ("EHLO", "HELO", "LHLO"):
                 lmtp = verb == "LHLO"
                 self.say("250-peer.test")
-                if self.server.peer.tells_origin:
-                    self.say("250-XFORWARD NAME ADDR PORT PROTO HELO IDENT SOURCE")
                 self.say("250 8BITMIME")
-            elif verb == "XFORWARD":
-                self.origin.append(argument)
-                self.say("250 2.0.0 Ok")
             elif verb == "MAIL":
                 sender, recipients = self.address(argument), []
                 self.say("250 2.1.0 Ok")
@@ -109,61 +104,9 @@ class SmtpConversation(socketserver.StreamRequestHandler):
     def hand_on(self, sender, recipients, message):
         with smtplib.SMTP("127.0.0.1", self.server.peer.next_port) as client:
             client.ehlo()
-            for attributes in self.origin:
-                client.docmd("XFORWARD", attributes)
             client.mail(sender)
             for recipient in recipients:
                 client.rcpt(recipient)
             code, text = client.data(message)
         return f"250 2.0.0 from MTA(smtp:[127.0.0.1]:{self.server.peer.next_port}): " \
                f"{code} {text.decode()}"
-
-
-class MilterPeer(Peer):
-    """A mail filter (the milter protocol of libmilter, version 6) that refuses at the end of each
-    message with `reply`."""
-
-    def __init__(self, reply):
-        super().__init__(MilterConversation)
-        self.reply = reply
-
-
-class MilterConversation(socketserver.StreamRequestHandler):
-    def answer(self, command, data=b""):
-        self.wfile.write(struct.pack(">I", len(data) + 1) + command + data)
-
-    def handle(self):
-        while head := self.rfile.read(5):
-            length, command = struct.unpack(">Ic", head)
-            self.rfile.read(length - 1)
-            if command == b"O":  # options: nothing to change, all events wanted
-                self.answer(b"O", struct.pack(">III", 6, 0, 0))
-            elif command == b"E":  # end of the message
-                self.answer(b"y", self.server.peer.reply.encode() + b"\0")
-            elif command not in b"DAQ":  # macros, abort and quit have no answer
-                self.answer(b"c")
-
-
-class NameServer(Peer):
-    """Answers DNS queries for addresses (RFC 1035) from a table of names; no other name exists."""
-
-    def __init__(self, addresses):
-        super().__init__(NameQuery, socketserver.ThreadingUDPServer, port=53)
-        self.addresses = addresses
-
-
-class NameQuery(socketserver.BaseRequestHandler):
-    def handle(self):
-        query, connection = self.request
-        end, labels = 12, []
-        while query[end]:
-            labels.append(query[end + 1:end + 1 + query[end]].decode())
-            end += 1 + query[end]
-        kind = struct.unpack(">H", query[end + 1:end + 3])[0]
-        found = self.server.peer.addresses.get(".".join(labels).lower())
-        answer = b""
-        if found and kind == 1:
-            answer = struct.pack(">HHHIH", 0xC00C, 1, 1, 60, 4) + socket.inet_aton(found)
-        flags = 0x8180 if found else 0x8183
-        head = query[:2] + struct.pack(">HHHHH", flags, 1, 1 if answer else 0, 0, 0)
-        connection.sendto(head + query[12:end + 5] + answer, self.client_address)

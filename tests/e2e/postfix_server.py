@@ -30,7 +30,6 @@ local_header_rewrite_clients =
 smtp_dns_support_level = disabled
 smtp_host_lookup = native
 smtpd_authorized_xclient_hosts = 127.0.0.1
-smtpd_authorized_xforward_hosts = 127.0.0.1
 mail_spool_directory = {MAILBOXES}/
 virtual_mailbox_domains = virtual.test
 virtual_mailbox_base = {MAILBOXES}
@@ -42,33 +41,22 @@ minimal_backoff_time = 1h
 maximal_backoff_time = 1h
 """
 
-# The daemons that every Postfix runs, none of them in a chroot.
+# The daemons of a Postfix, none of them in a chroot.
 MASTER = """
 pickup    unix  n - n 60 1 pickup
 cleanup   unix  n - n - 0 cleanup
 qmgr      unix  n - n 300 1 qmgr
-tlsmgr    unix  - - n 1000? 1 tlsmgr
 rewrite   unix  - - n - - trivial-rewrite
 bounce    unix  - - n - 0 bounce
 defer     unix  - - n - 0 bounce
-trace     unix  - - n - 0 bounce
-verify    unix  - - n - 1 verify
-flush     unix  n - n 1000? 0 flush
 proxymap  unix  - - n - - proxymap
 showq     unix  n - n - - showq
 error     unix  - - n - - error
 retry     unix  - - n - - error
-discard   unix  - - n - - discard
 local     unix  - n n - - local
 virtual   unix  - n n - - virtual
 smtp      unix  - - n - - smtp
-relay     unix  - - n - - smtp
 lmtp      unix  - - n - - lmtp
-anvil     unix  - - n - 1 anvil
-scache    unix  - - n - 1 scache
-smtpd     pass  - - n - - smtpd
-dnsblog   unix  - - n - 0 dnsblog
-tlsproxy  unix  - - n - 0 tlsproxy
 """
 
 TRADITIONAL_LOG = f"""

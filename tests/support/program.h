@@ -1,5 +1,6 @@
 #pragma once
 
+#include <gmock/gmock.h>
 #include <sys/types.h>
 
 #include <functional>
@@ -64,5 +65,13 @@ class Program {
     std::string output_;
     std::string error_;
 };
+
+/// Matches what a program ended with. Its texts are values or matchers.
+template <class Status, class Output, class Error>
+auto Ended(const Status& status, const Output& output, const Error& error) {
+    return testing::AllOf(testing::Field("status", &Program::Result::status, status),
+                          testing::Field("output", &Program::Result::output, output),
+                          testing::Field("error", &Program::Result::error, error));
+}
 
 }  // namespace test
