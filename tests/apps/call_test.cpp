@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <syslog.h>
 
 #include <filesystem>
@@ -7,13 +6,13 @@
 #include <vector>
 
 #include "support/program.h"
-#include "support/sqlite_file.h"
 #include "support/syslog_socket.h"
 #include "support/table.h"
 #include "support/text_file.h"
 
 namespace {
 
+using test::Ended;
 using test::Program;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -45,10 +44,7 @@ class Call : public testing::Test {
 };
 
 TEST_F(Call, WritesTheStatementToTheSystemLog) {
-    const Program::Result result = Program::Run({"call", "Webapi_Queue_DeleteAll_v1"});
-    EXPECT_EQ(result.status, 0);
-    EXPECT_EQ(result.output, "");
-    EXPECT_EQ(result.error, "");
+    EXPECT_THAT(Program::Run({"call", "Webapi_Queue_DeleteAll_v1"}), Ended(0, "", ""));
     EXPECT_THAT(Lines(),
                 ElementsAre(MatchesRegex(LinePattern({"admin", "1024", "127.0.0.1", "\\{\\}"}))));
 }
@@ -101,10 +97,7 @@ TEST_F(Call, DoesNothingOnBadInput) {
         SCOPED_TRACE(error);
         Texts arguments = {"call", "Webapi_Queue_DeleteAll"};
         arguments.insert(arguments.end(), options.begin(), options.end());
-        const Program::Result result = Program::Run(arguments);
-        EXPECT_EQ(result.status, 1);
-        EXPECT_EQ(result.output, "");
-        EXPECT_THAT(result.error, HasSubstr(error));
+        EXPECT_THAT(Program::Run(arguments), Ended(1, "", HasSubstr(error)));
     }
     std::filesystem::rename(kFolder, "/volume1/away");
     const Program::Result result = Program::Run({"call", "Webapi_Queue_DeleteAll", "--echo"});
@@ -129,12 +122,10 @@ TEST_F(Call, RunsTheCallItself) {
                             "#!/bin/sh\necho \"$@\" > /tmp/called\ncat >> /tmp/called\necho '" +
                                 std::string(reply) + "'\n",
                             0755);
-        const Program::Result result =
-            Program::Run({"call", "Webapi_Queue_DeleteAll", "--user", "eve", "--params", "-",
-                          "--exec", "MERO.Test", "delete", "2"},
-                         R"({"p":7})");
-        EXPECT_EQ(result.status, 0);
-        EXPECT_THAT(result.error, HasSubstr(error));
+        EXPECT_THAT(Program::Run({"call", "Webapi_Queue_DeleteAll", "--user", "eve", "--params",
+                                  "-", "--exec", "MERO.Test", "delete", "2"},
+                                 R"({"p":7})"),
+                    Ended(0, testing::_, HasSubstr(error)));
         EXPECT_EQ(Lines().size(), lines);
         EXPECT_THAT(test::ReadTextFile("/tmp/called"),
                     MatchesRegex("delete 2 eve\n\\{\"p\":7\\}\n?"));

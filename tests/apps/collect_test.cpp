@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -9,20 +8,24 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "apps/admin_line.h"
+#include "support/json_value.h"
 #include "support/program.h"
 #include "support/small_volume.h"
 #include "support/spool.h"
 #include "support/sqlite_file.h"
 #include "support/store_lock.h"
+#include "support/table.h"
 #include "support/text_file.h"
 
 namespace {
 
 using test::AdminLine;
+using test::Ended;
 using test::EscapedAdminLine;
 using test::Program;
 using testing::ElementsAre;
@@ -44,6 +47,11 @@ std::size_t Count(const std::string& text, const std::string& part) {
     return count;
 }
 
+/// What WaitForOutput takes: so many confirmations.
+std::function<bool(const std::string&)> Confirmed(std::size_t times) {
+    return [times](const std::string& output) { return Count(output, "OK\n") == times; };
+}
+
 Texts Statements() {
     return test::RunOnFile(kStore, "SELECT statement FROM admin_log ORDER BY rowid");
 }
@@ -58,21 +66,6 @@ class Collect : public testing::Test {
                   "collected 1, rejected 0, skipped 0\n");
     }
 };
-
-TEST_F(Collect, StoresARow) {
-    const Program::Result result = Program::Run(
-        {"collect"},
-        "Nov 22 10:00:00 nas cgi: " + AdminLine("All mails [\xc3\xa4\n]", "{}") + "\n");
-    EXPECT_EQ(result.status, 0);
-    EXPECT_EQ(result.output, "collected 1, rejected 0, skipped 0\n");
-    EXPECT_EQ(result.error, "");
-    EXPECT_THAT(test::RunOnFile(kStore,
-                                "SELECT tab_type||'|'||statement||'|'||user||'|'||uid||'|'||date||"
-                                "'|'||ip||'|'||server||'|'||webapi_param FROM admin_log"),
-                ElementsAre("20|All mails [\xc3\xa4\n]|admin|1024|1790000000|192.0.2.7|"
-                            "(192.0.2.1)|{}\n"));
-    EXPECT_FALSE(std::filesystem::exists(kRejected));
-}
 
 TEST_F(Collect, TakesWhatItCanAndKeepsWhatItCannot) {
     const std::string cut = AdminLine("cut").substr(0, 90);
@@ -145,11 +138,7 @@ TEST_F(Collect, WaitsForRoom) {
 }
 
 TEST_F(Collect, FollowsAStoreThatGoesAway) {
-    const struct {
-        const char* name;
-        void (*spoil)();
-        void (*mend)();
-    } rows[] = {
+    const test::Table<const char*, void (*)(), void (*)()> rows = {
         {"renamed", [] { std::filesystem::rename(kStore, kStore + ".old"); }, nullptr},
         {"removed", [] { std::filesystem::remove(kStore); }, nullptr},
         {"folder gone for a while",
@@ -160,22 +149,19 @@ TEST_F(Collect, FollowsAStoreThatGoesAway) {
              std::filesystem::rename("/volume1/away", "/volume1/@PostCube-Server");
          }},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
+    for (const auto& [name, spoil, mend] : rows) {
+        SCOPED_TRACE(name);
         std::filesystem::remove(kStore);
         Program program({"collect", "--confirm"});
-        const auto confirmed = [](std::size_t times) {
-            return [times](const std::string& output) { return Count(output, "OK\n") == times; };
-        };
         program.Write(EscapedAdminLine("before"));
-        program.WaitForOutput(confirmed(2));
-        row.spoil();
+        program.WaitForOutput(Confirmed(2));
+        spoil();
         program.Write(EscapedAdminLine("after"));
-        if (row.mend != nullptr) {
+        if (mend != nullptr) {
             program.WaitForError("cannot store lines");
-            row.mend();
+            mend();
         }
-        program.WaitForOutput(confirmed(3));
+        program.WaitForOutput(Confirmed(3));
         EXPECT_EQ(program.Wait().status, 0);
         EXPECT_THAT(Statements(), ElementsAre("after"));
     }
@@ -199,25 +185,19 @@ TEST_F(Collect, StoresWhatItHasReadWhenToldToStop) {
     }
 }
 
-std::size_t Confirmed(const std::string& output) {
-    return Count(output, "OK\n");
-}
-
 TEST_F(Collect, ConfirmsEachLineOnceItIsStored) {
     Program program({"collect", "--confirm"});
     program.WaitForOutput([](const std::string& output) { return output == "OK\n"; });
     program.Write(EscapedAdminLine("a"));
-    program.WaitForOutput([](const std::string& output) { return Confirmed(output) == 2; });
+    program.WaitForOutput(Confirmed(2));
     EXPECT_THAT(Statements(), ElementsAre("a"));
     program.Write(EscapedAdminLine("cut").substr(0, 99) + "\n");
-    program.WaitForOutput([](const std::string& output) { return Confirmed(output) == 3; });
+    program.WaitForOutput(Confirmed(3));
     EXPECT_THAT(test::ReadTextFile(kRejected), HasSubstr("cut short"));
     program.Write("another line\n");
-    program.WaitForOutput([](const std::string& output) { return Confirmed(output) == 4; });
-    const Program::Result result = program.Wait();
-    EXPECT_EQ(result.status, 0);
-    EXPECT_EQ(result.output, "OK\nOK\nOK\nOK\n");
-    EXPECT_THAT(result.error, HasSubstr("collected 1, rejected 1, skipped 1\n"));
+    program.WaitForOutput(Confirmed(4));
+    EXPECT_THAT(program.Wait(),
+                Ended(0, "OK\nOK\nOK\nOK\n", HasSubstr("collected 1, rejected 1, skipped 1\n")));
 }
 
 TEST_F(Collect, ConfirmsTransactions) {
@@ -250,24 +230,19 @@ TEST_F(Collect, ShowsLifeWhileAConfirmationTakesItsTime) {
 // rsyslog, when it stops, forgets the line that it has no answer for.
 TEST_F(Collect, KeepsTheLineInHandWhenToldToStop) {
     CollectOne();
-    const struct {
-        Texts arguments;
-        const char* output;
-    } rows[] = {
+    const test::Table<Texts, const char*> rows = {
         {{"collect"}, "collected 0, rejected 1, skipped 0\n"},
         {{"collect", "--confirm"}, "OK\n\\.*OK\n"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.output);
+    for (const auto& [arguments, output] : rows) {
+        SCOPED_TRACE(output);
         std::filesystem::remove(kRejected);
-        Program program(row.arguments);
+        Program program(arguments);
         const test::StoreLock lock(kStore);
         program.Write(EscapedAdminLine("second"));
         program.WaitForError("cannot store lines");
         program.Signal(SIGTERM);
-        const Program::Result result = program.Wait();
-        EXPECT_EQ(result.status, 1);
-        EXPECT_THAT(result.output, MatchesRegex(row.output));
+        EXPECT_THAT(program.Wait(), Ended(1, MatchesRegex(output), testing::_));
         EXPECT_THAT(test::ReadTextFile(kRejected),
                     MatchesRegex("[^\n]*\tstopped while[^\n]*second[^\n]*\n"));
     }
@@ -280,8 +255,7 @@ TEST_F(Collect, LosesAndDoublesNothingWhenKilled) {
         for (std::size_t i = 1; i <= 7; ++i) {
             const std::string statement = std::to_string(round) + "." + std::to_string(i);
             program.Write(EscapedAdminLine(statement));
-            program.WaitForOutput(
-                [i](const std::string& output) { return Confirmed(output) == i + 1; });
+            program.WaitForOutput(Confirmed(i + 1));
             confirmed.push_back(statement);
         }
         program.Write(EscapedAdminLine("unconfirmed"));
@@ -313,9 +287,7 @@ TEST_F(Collect, ListensOnASocket) {
     Send(path, "<22>Nov 22 10:00:00 cgi: " + AdminLine("not of that priority"));
     EXPECT_EQ(Program::Run({"collect", "--socket", path}).status, 1);
     program.Signal(SIGTERM);
-    const Program::Result result = program.Wait();
-    EXPECT_EQ(result.status, 0);
-    EXPECT_EQ(result.output, "collected 1, rejected 1, skipped 1\n");
+    EXPECT_THAT(program.Wait(), Ended(0, "collected 1, rejected 1, skipped 1\n", testing::_));
     EXPECT_THAT(Statements(), ElementsAre("a\nb"));
     EXPECT_FALSE(std::filesystem::exists(path));
 }
@@ -332,15 +304,9 @@ TEST_F(Collect, GoesOnInTheJournalWhereItEnded) {
     for (const char c : AdminLine("b")) {
         bytes += "," + std::to_string(c);
     }
-    std::string text;
-    for (const char c : AdminLine("a\x01")) {
-        text += c == '"' || c == '\\' ? std::string("\\") + c
-                : c < ' '             ? "\\u000" + std::string(1, c == '\n' ? 'a' : '1')
-                                      : std::string(1, c);
-    }
     test::WriteTextFile("/tmp/journal.entries",
-                        "{\"__CURSOR\":\"s=1\",\"MESSAGE\":\"" + text + "\"}\n" +
-                            "{\"__CURSOR\":\"s=2\",\"MESSAGE\":" + bytes + "]}\n");
+                        "{\"__CURSOR\":\"s=1\",\"MESSAGE\":" + test::TextOf(AdminLine("a\x01")) +
+                            "}\n" + "{\"__CURSOR\":\"s=2\",\"MESSAGE\":" + bytes + "]}\n");
     const Program::Environment environment = {
         {"PATH", "/tmp/bin:" + std::string(std::getenv("PATH"))}};
     const Program::Result first = Program::Run({"collect", "--journal", "--once"}, {}, environment);
@@ -354,23 +320,16 @@ TEST_F(Collect, GoesOnInTheJournalWhereItEnded) {
 }
 
 TEST_F(Collect, EndsAtOnceWhereItCannotWork) {
-    const struct {
-        const char* name;
-        Texts arguments;
-        int status;
-        const char* error;
-    } rows[] = {
+    const test::Table<const char*, Texts, int, const char*> rows = {
         {"no such file", {"collect", "--input", "/tmp/none"}, 1, "cannot open /tmp/none: No such"},
         {"a folder", {"collect", "--input", "/tmp"}, 1, "cannot read the input: Is a directory"},
         {"no such folder", {"collect", "--socket", "/none/s"}, 1, "cannot listen on /none/s"},
         {"two sources", {"collect", "--journal", "--socket", "/tmp/s"}, 2, "--journal"},
         {"too much", {"collect", "more"}, 2, "more"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        const Program::Result result = Program::Run(row.arguments);
-        EXPECT_EQ(result.status, row.status);
-        EXPECT_THAT(result.error, HasSubstr(row.error));
+    for (const auto& [name, arguments, status, error] : rows) {
+        SCOPED_TRACE(name);
+        EXPECT_THAT(Program::Run(arguments), Ended(status, testing::_, HasSubstr(error)));
     }
     std::filesystem::rename(test::kSpool, "/volume1/away");
     const Program::Result result = Program::Run({"collect"}, AdminLine("a"));

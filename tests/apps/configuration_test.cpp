@@ -1,7 +1,6 @@
 // The configuration files and --dump-config.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <string>
 
@@ -11,6 +10,7 @@
 
 namespace {
 
+using test::Ended;
 using test::Program;
 using test::WriteTextFile;
 using testing::AllOf;
@@ -41,9 +41,8 @@ TEST(Configuration, TakesTheCommandLineThenTheLastFileThenTheFirst) {
 
 TEST(Configuration, ReachesTheSubcommandThatRuns) {
     WriteTextFile(kFile, "[trace]\nformat=csv\n");
-    const Program::Result result = Program::Run({"--config", kFile, "trace", "x"});
-    EXPECT_EQ(result.status, 2);
-    EXPECT_THAT(result.error, HasSubstr("csv not in {table,json}"));
+    EXPECT_THAT(Program::Run({"--config", kFile, "trace", "x"}),
+                Ended(2, testing::_, HasSubstr("csv not in {table,json}")));
 }
 
 TEST(Configuration, RefusesWhatItDoesNotKnow) {

@@ -1,4 +1,4 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <signal.h>
 
 #include <algorithm>
@@ -14,6 +14,7 @@
 
 namespace {
 
+using test::Ended;
 using test::Program;
 
 const std::string kStore = test::kSpool + "aggr_security_log.db";
@@ -160,9 +161,7 @@ TEST_F(Follow, EndsWhenItsReaderGoes) {
     Load(Row(1, "a"));
     StartBehind("a");
     program_->CloseOutput();
-    const Program::Result result = program_->Wait();
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.error, "");
+    EXPECT_THAT(program_->Wait(), Ended(1, testing::_, ""));
 }
 
 }  // namespace

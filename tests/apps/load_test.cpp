@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <string>
@@ -12,6 +11,7 @@
 
 namespace {
 
+using test::Ended;
 using test::Program;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -44,10 +44,7 @@ TEST_F(Load, FillsEveryStore) {
     };
     for (const auto& [store, record, file, query, cells] : rows) {
         SCOPED_TRACE(store);
-        const Program::Result result = Program::Run({"load", store}, record);
-        EXPECT_EQ(result.status, 0);
-        EXPECT_EQ(result.output, "");
-        EXPECT_EQ(result.error, "loaded 1\n");
+        EXPECT_THAT(Program::Run({"load", store}, record), Ended(0, "", "loaded 1\n"));
         EXPECT_THAT(test::RunOnFile(test::kSpool + file, query), ElementsAre(cells));
     }
 }
@@ -97,7 +94,7 @@ TEST_F(Load, TakesManyRows) {
 
 TEST_F(Load, SaysWhyTheStoreDoesNotTakeARow) {
     ASSERT_EQ(Program::Run({"load", "mail"}, R"({"subject":"a"})").status, 0);
-    test::RunOnFile(kFolder + "aggr_mail_log.db",
+    test::RunOnFile(test::kSpool + "aggr_mail_log.db",
                     "CREATE TRIGGER full BEFORE INSERT ON mail_log_table WHEN new.size > 9 "
                     "BEGIN SELECT RAISE(ABORT, 'it is too large'); END");
     const Program::Result result =

@@ -1,14 +1,15 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <sstream>
+#include <string>
+#include <vector>
 
 #include "support/program.h"
 #include "support/table.h"
 
 namespace {
 
+using test::Ended;
 using test::Program;
 using testing::HasSubstr;
 
@@ -16,21 +17,6 @@ TEST(Program, TellsWhatItIs) {
     const Program::Result result = Program::Run({"--version"});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.output.rfind("mailserver-log 4.", 0), 0U) << result.output;
-}
-
-TEST(Program, TellsEverySubcommandInOneLine) {
-    std::istringstream help(Program::Run({"--help"}).output);
-    std::string line;
-    while (std::getline(help, line) && line != "Subcommands:") {
-    }
-    int subcommands = 0;
-    while (std::getline(help, line) && !line.empty()) {
-        EXPECT_EQ(line.substr(0, 2), "  ");
-        EXPECT_NE(line[2], ' ') << line;
-        EXPECT_LE(line.size(), 100U) << line;
-        ++subcommands;
-    }
-    EXPECT_GE(subcommands, 5);
 }
 
 TEST(Program, RefusesAWrongCommandLine) {
@@ -58,10 +44,7 @@ TEST(Program, RefusesAWrongCommandLine) {
     };
     for (const auto& [arguments, error] : rows) {
         SCOPED_TRACE(error);
-        const Program::Result result = Program::Run(arguments);
-        EXPECT_EQ(result.status, 2);
-        EXPECT_EQ(result.output, "");
-        EXPECT_THAT(result.error, HasSubstr(error));
+        EXPECT_THAT(Program::Run(arguments), Ended(2, "", HasSubstr(error)));
     }
     struct stat status = {};
     EXPECT_NE(stat("/var/spool/@PostCube-Server/aggr_log/aggr_mail_log.db", &status), 0)

@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
@@ -11,6 +10,7 @@
 
 namespace {
 
+using test::Ended;
 using test::Program;
 using testing::HasSubstr;
 
@@ -81,9 +81,8 @@ TEST_F(Query, HandsTitlesAndLabelsToTheMethodsThatHaveThem) {
     EXPECT_THAT(document, HasSubstr("<title>The log</title>"));
     EXPECT_THAT(document, HasSubstr(">Queue</td>"));
 
-    const Program::Result other = Run({"mail.list", "--titles", kTitles});
-    EXPECT_EQ(other.status, 0);
-    EXPECT_EQ(other.error, "mailserver-log: mail.list does not use --titles\n");
+    EXPECT_THAT(Run({"mail.list", "--titles", kTitles}),
+                Ended(0, testing::_, "mailserver-log: mail.list does not use --titles\n"));
 }
 
 TEST_F(Query, WritesADocumentAndNothingElse) {
@@ -92,9 +91,7 @@ TEST_F(Query, WritesADocumentAndNothingElse) {
         EXPECT_EQ(json.status, 0) << json.error;
         EXPECT_THAT(json.output, testing::StartsWith("Content-Type:"));
         EXPECT_THAT(json.output, testing::EndsWith("</table></body></html>\n"));
-        const Program::Result request = Run({method, "--request"});
-        EXPECT_EQ(request.status, 0) << request.error;
-        EXPECT_EQ(request.output, json.output);
+        EXPECT_THAT(Run({method, "--request"}), Ended(0, json.output, testing::_));
     }
 }
 
@@ -114,10 +111,7 @@ TEST_F(Query, FailsWithTheCode) {
     };
     for (const auto& [words, output, error] : rows) {
         SCOPED_TRACE(error);
-        const Program::Result result = Run(words);
-        EXPECT_EQ(result.status, 1);
-        EXPECT_EQ(result.output, output);
-        EXPECT_THAT(result.error, HasSubstr(error));
+        EXPECT_THAT(Run(words), Ended(1, output, HasSubstr(error)));
     }
 }
 
@@ -132,9 +126,7 @@ TEST_F(Query, EndsQuietlyWhenItsReaderGoes) {
         SCOPED_TRACE(method);
         Program program({"query", method});
         program.CloseOutput();
-        const Program::Result result = program.Wait();
-        EXPECT_EQ(result.status, 1);
-        EXPECT_EQ(result.error, "");
+        EXPECT_THAT(program.Wait(), Ended(1, testing::_, ""));
     }
 }
 

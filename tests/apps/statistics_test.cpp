@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <mailserver/file_lock.h>
 #include <mailserver/mail_conf.h>
 #include <sched.h>
@@ -9,7 +8,6 @@
 #include <filesystem>
 #include <sstream>
 #include <string>
-#include <vector>
 
 #include "old_log/create_scripts.h"
 #include "statistics/statistic_view.h"
@@ -22,6 +20,7 @@
 
 namespace {
 
+using test::Ended;
 using test::Program;
 using test::RunOnFile;
 using testing::ElementsAre;
@@ -83,15 +82,13 @@ TEST_F(Statistics, StopInTheMiddleOfTheWorkEndsTheSleepBehindIt) {
 }
 
 TEST_F(Statistics, SaysWhatIsMissing) {
-    const Program::Result missing = Program::Run({"stats"});
-    EXPECT_EQ(missing.status, 1);
-    EXPECT_THAT(missing.error, HasSubstr("there are no statistics yet"));
+    EXPECT_THAT(Program::Run({"stats"}),
+                Ended(1, testing::_, HasSubstr("there are no statistics yet")));
     EXPECT_FALSE(std::filesystem::exists(kStatistic));
 
     test::WriteTextFile(kStatistic, std::string(4096, 'x'));
-    const Program::Result broken = Program::Run({"stats"});
-    EXPECT_EQ(broken.status, 1);
-    EXPECT_THAT(broken.error, HasSubstr("cannot read " + kStatistic));
+    EXPECT_THAT(Program::Run({"stats"}),
+                Ended(1, testing::_, HasSubstr("cannot read " + kStatistic)));
 
     EXPECT_EQ(Program::Run({"stats", "threats", "--scale", "week"}).status, 2);
     EXPECT_EQ(Program::Run({"stats", "--scale", "year"}).status, 2);

@@ -1,9 +1,7 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <mailserver-log/db/emaillog/mail_log_db.h>
 #include <mailserver-log/db/securitylog/security_log_db.h>
 #include <mailserver-log/db/store_traits.h>
-#include <mailserver-log/record/columns.h>
 
 #include <string>
 #include <vector>
@@ -29,16 +27,6 @@ namespace state_file = serverlog::program::state_file;
 using Texts = std::vector<std::string>;
 
 const Program::Environment kUtc = {{"TZ", "UTC0"}};
-
-template <class DB>
-void AddJsonRows(const std::string& path, const Texts& rows) {
-    std::vector<typename StoreTraits<DB>::Record> records;
-    for (const std::string& row : rows) {
-        records.push_back(
-            serverlog::record::FromJson<typename StoreTraits<DB>::Record>(test::JsonOf(row)));
-    }
-    test::AddRows<DB>(path, records);
-}
 
 // The subject is the name of a row. A mail from ann to the list team, which is bob and carl, has a
 // second queue id and keeps its message id.
@@ -95,10 +83,10 @@ class Trace : public testing::Test {
  protected:
     static void SetUpTestSuite() {
         test::EmptySpool();
-        AddJsonRows<MailLogDB>(StoreTraits<MailLogDB>::kMainPath, kLongTermMails);
-        AddJsonRows<MailLogDB>(StoreTraits<MailLogDB>::kPath, kMails);
-        AddJsonRows<SecurityLogDB>(StoreTraits<SecurityLogDB>::kMainPath, kLongTermEvents);
-        AddJsonRows<SecurityLogDB>(StoreTraits<SecurityLogDB>::kPath, kEvents);
+        test::AddJsonRows<MailLogDB>(StoreTraits<MailLogDB>::kMainPath, kLongTermMails);
+        test::AddJsonRows<MailLogDB>(StoreTraits<MailLogDB>::kPath, kMails);
+        test::AddJsonRows<SecurityLogDB>(StoreTraits<SecurityLogDB>::kMainPath, kLongTermEvents);
+        test::AddJsonRows<SecurityLogDB>(StoreTraits<SecurityLogDB>::kPath, kEvents);
         test::RunOnFile(state_file::kPath,
                         std::string(state_file::kCreateScript) +
                             "INSERT INTO joined VALUES ('h', 'F1', 'F2', 2000000);"

@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <mailserver-log/db/adminlog/admin_log_db.h>
 #include <mailserver-log/db/emaillog/mail_log_db.h>
 #include <mailserver-log/db/provider.h>

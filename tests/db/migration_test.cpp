@@ -5,8 +5,6 @@
 #include <mailserver-log/db/securitylog/security_log_db.h>
 #include <mailserver-log/exception/exception.h>
 
-#include <algorithm>
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -118,10 +116,8 @@ TEST_F(Migration, ResumesWithTheStepThatFailed) {
               "INSERT INTO admin_log (tab_type, user, uid, date) VALUES (1, 'u', 2, 3);"
               "DROP TABLE webapi");
     EXPECT_THROW(Provider(kPath).Get<AdminLogDB>(false), Exception<ETag::DB>);
-    const auto lines = log_.TakeErrors();
-    ASSERT_EQ(lines.size(), 2U);
-    EXPECT_EQ(lines[0], "exec query error: DROP TABLE webapi");
-    EXPECT_EQ(lines[1], "DB upgrade failed, path from:" + kPath);
+    EXPECT_EQ(log_.TakeErrors(), (Rows{"exec query error: DROP TABLE webapi",
+                                       "DB upgrade failed, path from:" + kPath}));
     EXPECT_EQ(RunOnFile(kPath, "PRAGMA user_version"), (Rows{"2"}));
     EXPECT_EQ(RunOnFile(kPath, "SELECT id, webapi FROM admin_log"), (Rows{"1|NULL"}));
 

@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <mailserver-log/db/adminlog/admin_log_db.h>
 #include <mailserver-log/db/emaillog/mail_log_db.h>
 #include <mailserver-log/db/provider.h>
@@ -22,6 +21,8 @@ namespace {
 namespace fs = std::filesystem;
 using test::kSpool;
 using test::RunOnFile;
+using testing::HasSubstr;
+using testing::StartsWith;
 using Lines = std::vector<std::string>;
 
 const std::string kElsewhere = "/tmp/elsewhere/";
@@ -48,11 +49,10 @@ class ProviderTest : public testing::Test {
 
     /// Makes a store outside the spool folder, with one row of the date given.
     static std::string MakeExternal(const std::string& name, int date) {
+        auto memory = merodbquery::Session::SQLite(":memory:");
         RunOnFile(kElsewhere + name,
-                  "CREATE TABLE mail_log_table (message_id TEXT, queue_id TEXT, date INTEGER,"
-                  " mail_from TEXT, mail_to TEXT, size INTEGER, status INTEGER, host TEXT,"
-                  " subject TEXT, ori_mail_to TEXT);"
-                  "INSERT INTO mail_log_table (date, size, status) VALUES (" +
+                  MailLogDB(memory).CreateSchema() +
+                      "INSERT INTO mail_log_table (date, size, status) VALUES (" +
                       std::to_string(date) + ", 0, 0)");
         return kElsewhere + name;
     }
@@ -132,7 +132,7 @@ TEST_F(ProviderTest, ReportsPathsThatLeadNowhere) {
               "No such file or directory, external path not exist:" + none);
     EXPECT_FALSE(fs::exists(none));
     EXPECT_THAT(test::OutcomeOf<ETag::FileSystem>([] { Provider(kElsewhere + "no folder/x.db"); }),
-                testing::StartsWith("Can't resolve real path, "));
+                StartsWith("Can't resolve real path, "));
     Provider provider(MakeExternal("archive.db", 5));
     EXPECT_EQ(
         test::OutcomeOf<ETag::DB>([&] { provider.CreateExternalTmpLn("/tmp/no folder/%%%%"); }),
@@ -166,10 +166,9 @@ TEST_F(ProviderTest, AnswersForAnEmptyAndForABrokenTable) {
     EXPECT_TRUE(log_.TakeErrors().empty());
     EXPECT_EQ(store.GetLatestRecordTime(), 0);
     EXPECT_EQ(store.GetOldestRecordTime(), 0);
-    auto lines = log_.TakeErrors();
-    ASSERT_EQ(lines.size(), 2U);
-    EXPECT_EQ(lines[0].rfind("get log db latest record time error: ", 0), 0U) << lines[0];
-    EXPECT_EQ(lines[1].rfind("get log db oldest record time error: ", 0), 0U) << lines[1];
+    EXPECT_THAT(log_.TakeErrors(),
+                testing::ElementsAre(StartsWith("get log db latest record time error: "),
+                                     StartsWith("get log db oldest record time error: ")));
 
     record::AdminLog row;
     for (const std::uint64_t date : {5'000'000'000U, 7'000'000'000U, 6'000'000'000U}) {
@@ -185,16 +184,12 @@ TEST_F(ProviderTest, AnswersForAnEmptyAndForABrokenTable) {
     EXPECT_FALSE(store.HasRecord());
     EXPECT_EQ(store.MainTable().LastError(), "");
     EXPECT_FALSE(store.MainTable().Create(row));
-    EXPECT_NE(store.MainTable().LastError().find("no such table: admin_log"), std::string::npos);
-    lines = log_.TakeErrors();
-    ASSERT_FALSE(lines.empty());
-    EXPECT_EQ(lines[0].rfind("get log db record count error: ", 0), 0U) << lines[0];
+    EXPECT_THAT(store.MainTable().LastError(), HasSubstr("no such table: admin_log"));
+    EXPECT_THAT(log_.TakeErrors().at(0), StartsWith("get log db record count error: "));
 
     store.GetSession().Disconnect();
     EXPECT_EQ(store.GetVersion(), -1);
-    lines = log_.TakeErrors();
-    ASSERT_FALSE(lines.empty());
-    EXPECT_EQ(lines[0].rfind("get admin log db version error: ", 0), 0U) << lines[0];
+    EXPECT_THAT(log_.TakeErrors().at(0), StartsWith("get admin log db version error: "));
 }
 
 TEST_F(ProviderTest, AttachesAndDetaches) {

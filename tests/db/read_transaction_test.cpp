@@ -4,7 +4,6 @@
 #include <soci/soci.h>
 
 #include <filesystem>
-#include <string>
 
 #include "support/spool.h"
 #include "support/sqlite_file.h"

@@ -1,7 +1,6 @@
 // docs/formats.md is what readers of our files rely on: it must tell what the code does.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <mailserver-log/db/adminlog/admin_log_db.h>
 #include <mailserver-log/db/emaillog/mail_log_db.h>
 #include <mailserver-log/db/provider.h>
@@ -9,14 +8,13 @@
 #include <mailserver-log/log/adminlog/logger/line.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
-#include <vector>
 
 #include "old_log/create_scripts.h"
 #include "support/spool.h"
 #include "support/sqlite_file.h"
+#include "support/table.h"
+#include "support/text_file.h"
 
 namespace serverlog::db {
 namespace {
@@ -31,10 +29,7 @@ constexpr char kShape[] =
     " WHERE m.type = 'index' ORDER BY m.name, p.seqno;";
 
 std::string Document() {
-    std::ifstream file(PROJECT_SOURCE_DIRECTORY "/docs/formats.md");
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
+    return test::ReadTextFile(PROJECT_SOURCE_DIRECTORY "/docs/formats.md");
 }
 
 /// What stands behind a heading, up to the end of its first block of SQL, of that block alone.
@@ -68,22 +63,19 @@ TEST(Formats, SchemasAreThoseOfNewStores) {
 }
 
 TEST(Formats, StatisticsAreMadeAsTold) {
-    const struct {
-        const char* heading;
-        std::string script;
-    } files[] = {
+    const test::Table<const char*, std::string> files = {
         {"\n### log_statistic.db\n", statistic_log::StatisticScript()},
         {"\n### security_statistic.db\n", statistic_log::SecurityStatisticScript()},
     };
-    for (const auto& file : files) {
+    for (const auto& [heading, script] : files) {
         for (const char* path : {"/tmp/made.db", "/tmp/documented.db"}) {
             std::filesystem::remove(path);
         }
-        test::RunOnFile("/tmp/made.db", file.script);
-        test::RunOnFile("/tmp/documented.db", SqlBelow(Document(), file.heading));
+        test::RunOnFile("/tmp/made.db", script);
+        test::RunOnFile("/tmp/documented.db", SqlBelow(Document(), heading));
         EXPECT_EQ(test::RunOnFile("/tmp/made.db", kShape),
                   test::RunOnFile("/tmp/documented.db", kShape))
-            << file.heading;
+            << heading;
     }
 }
 

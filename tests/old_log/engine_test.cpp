@@ -1,26 +1,22 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <mailserver-log/old_log/maillogger.h>
 #include <mailserver/file_lock.h>
 #include <mailserver/mail_conf.h>
-#include <malloc.h>
-#include <sqlite3.h>
 
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <iterator>
 #include <string>
 #include <vector>
 
 #include "old_log/create_scripts.h"
 #include "support/child.h"
-#include "support/fake_clock.h"
 #include "support/spool.h"
 #include "support/sqlite_file.h"
 #include "support/statistics.h"
 #include "support/syslog_socket.h"
+#include "support/table.h"
 #include "support/text_file.h"
 
 namespace {
@@ -28,7 +24,6 @@ namespace {
 namespace fs = std::filesystem;
 
 using statistic_log::TimeScale;
-using test::FakeClock;
 using test::LocalTime;
 using test::RunOnFile;
 using testing::Contains;
@@ -45,8 +40,7 @@ const std::string kSecurityStatistic = test::kSpool + "security_statistic.db";
 const std::string kGarbage(8192, 'x');
 
 std::size_t OpenDescriptors() {
-    const fs::directory_iterator begin("/proc/self/fd");
-    return static_cast<std::size_t>(std::distance(begin, fs::directory_iterator()));
+    return test::FilesIn("/proc/self/fd").size();
 }
 
 /// Spoils the pages behind the first, which holds the schema: SQLite finds that out only in use.
@@ -206,27 +200,22 @@ TEST_F(Engine, ALogThatStaysBusyIsCountedInALaterCycle) {
 TEST_F(Engine, AttachesALongTermFileOfTheDayOrLater) {
     test::SyslogSocket syslog;
     MailLogger logger(300);
-    const struct {
-        const char* name;
-        const char* changed;
-        bool attach;
-    } rows[] = {
+    const test::Table<const char*, const char*, bool> rows = {
         {"the day before", "2024-05-06 23:59:59", false},
         {"at the start of the day", "2024-05-07 00:00:00", false},
         {"later on the day", "2024-05-07 23:59:59", false},
         {"the next day", "2024-05-08 00:00:00", true},
     };
     MakeLongTermFiles();
-    for (const auto& row : rows) {
-        test::SetChangeTime(kMailMain, LocalTime(row.changed));
-        EXPECT_EQ(logger.shouldAttach(kMailMain), row.attach) << row.name;
+    for (const auto& [name, changed, attach] : rows) {
+        test::SetChangeTime(kMailMain, LocalTime(changed));
+        EXPECT_EQ(logger.shouldAttach(kMailMain), attach) << name;
         DBHandler handler(test::kSpool + "aggr_mail_log.db", "");
-        EXPECT_EQ(logger.attachLogDBs(&handler, MailStatus::Sent, TimeScale::Hour),
-                  row.attach ? 1 : 0)
-            << row.name;
-        EXPECT_EQ(test::IsFree(test::kMailLock), !row.attach) << row.name;
+        EXPECT_EQ(logger.attachLogDBs(&handler, MailStatus::Sent, TimeScale::Hour), attach ? 1 : 0)
+            << name;
+        EXPECT_EQ(test::IsFree(test::kMailLock), !attach) << name;
         logger.disconnectLogDB(&handler, MailStatus::Sent);
-        EXPECT_TRUE(test::IsFree(test::kMailLock)) << row.name;
+        EXPECT_TRUE(test::IsFree(test::kMailLock)) << name;
     }
     EXPECT_FALSE(logger.shouldAttach("/tmp/missing.db"));
     DBHandler handler("/tmp/any.db", "");
@@ -306,31 +295,6 @@ TEST_F(Engine, TurnsArchivingOffWhenItsFolderIsGone) {
             EXPECT_FALSE(fs::exists("/tmp/notified"));
         }
     }
-}
-
-TEST_F(Engine, AThousandCyclesLeaveNothingBehind) {
-    constexpr int kWarmUp = 50;
-    constexpr int kCycles = 1000;
-    MakeLongTermFiles();
-    MailLogger logger(300);
-    std::size_t descriptors = 0;
-    sqlite3_int64 sqlite_memory = 0;
-    std::size_t memory = 0;
-    for (int i = 0; i < kCycles; ++i) {
-        if (i == kWarmUp) {
-            descriptors = OpenDescriptors();
-            sqlite_memory = sqlite3_memory_used();
-            memory = mallinfo2().uordblks;
-        }
-        FakeClock::Set(now_ + i * 300L);
-        logger.securityStatistic();
-        logger.statistic();
-    }
-    EXPECT_EQ(OpenDescriptors(), descriptors);
-    EXPECT_EQ(sqlite3_memory_used(), sqlite_memory);
-    EXPECT_LT(mallinfo2().uordblks, memory + 64 * 1024);
-    EXPECT_THAT(RunOnFile(kStatistic, "SELECT COUNT(*) FROM log_statistic_hour"),
-                ElementsAre(std::to_string((kCycles * 300 + 1800 - 1) / 3600 + 1)));
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include <GeoIP.h>
 #include <GeoIPCity.h>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <mailserver-log/old_log/maillogger.h>
 
 #include <cstdlib>

@@ -6,7 +6,6 @@
 
 #include <ctime>
 #include <string>
-#include <vector>
 
 namespace test {
 

@@ -1,9 +1,8 @@
 #include "support/operation_fixture.h"
 
+#include "support/json_value.h"
 #include "support/text_file.h"
 #include "support/time_zone.h"
-
-#include "utils/json_text.h"
 
 #include <mailserver-log/log/adminlog/logger/line.h>
 #include <mailserver-log/log/adminlog/logger/logger.h>
@@ -17,7 +16,6 @@
 
 #include <filesystem>
 #include <set>
-#include <stdexcept>
 
 namespace test {
 
@@ -28,20 +26,6 @@ namespace line = serverlog::log::adminlog::line;
 constexpr char kTextFolder[] = "/var/packages/PostCube-Server/target/app/texts/enu";
 constexpr char kDomains[] = "/var/packages/PostCube-Server/etc/domains.json";
 constexpr char kSystemTextFolder[] = "/usr/mero/meroman/webman/texts/enu";
-
-/// The reader of the library takes the raw control characters of a line as they are.
-Json::Value Parse(std::string const& text) {
-    Json::Value value;
-    if (!serverlog::utils::ParseJsonText(text, value)) {
-        throw std::runtime_error("no JSON: " + text);
-    }
-    return value;
-}
-
-std::string ToText(Json::Value const& value) {
-    std::string const text = serverlog::utils::ToJsonText(value);
-    return text.substr(0, text.size() - 1);
-}
 
 /// Answers the APIs of the replies in this process for as long as it lives.
 class Handlers {
@@ -55,7 +39,7 @@ class Handlers {
                 api, [api, &replies, &calls](std::string const& method, int version,
                                              Json::Value const& params, std::string const& user) {
                     calls.push_back(api + " " + method + " " + std::to_string(version) + " " +
-                                    user + " " + ToText(params));
+                                    user + " " + TextOf(params));
                     auto const found = replies.find(api + " " + method);
                     Json::Value response;
                     response["success"] = found != replies.end();
@@ -118,11 +102,11 @@ OperationResult OperationTest::Run(OperationCall const& call) {
     }
     for (SyslogSocket::Line const& received : syslog_.Take()) {
         if (received.priority == line::kPriority) {
-            Json::Value const members = Parse(received.text);
+            Json::Value const members = JsonOf(received.text);
             result.lines.push_back(received.text);
             result.statements.push_back({members[line::kTabType.data()].asInt(),
                                          members[line::kStatement.data()].asString()});
-            result.params = Parse(members[line::kWebapiParam.data()].asString());
+            result.params = JsonOf(members[line::kWebapiParam.data()].asString());
         } else if (received.priority == (LOG_MAIL | LOG_ERR)) {
             result.errors.push_back(WithoutPlace(received.text));
         }

@@ -2,10 +2,13 @@
 
 #include <mailserver-log/db/provider.h>
 #include <mailserver-log/db/store_traits.h>
+#include <mailserver-log/record/columns.h>
 
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "support/json_value.h"
 
 namespace test {
 
@@ -25,6 +28,17 @@ void AddRows(const std::string& path,
     if (!store.GetSession().RawQuery("COMMIT")) {
         throw std::runtime_error("cannot commit to " + path);
     }
+}
+
+/// The same for rows as JSON objects. What one lacks is empty, or 0.
+template <class DB>
+void AddJsonRows(const std::string& path, const std::vector<std::string>& rows) {
+    using Record = typename serverlog::db::StoreTraits<DB>::Record;
+    std::vector<Record> records;
+    for (const std::string& row : rows) {
+        records.push_back(serverlog::record::FromJson<Record>(JsonOf(row)));
+    }
+    AddRows<DB>(path, records);
 }
 
 }  // namespace test

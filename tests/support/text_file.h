@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace test {
 
@@ -10,5 +11,8 @@ void WriteTextFile(const std::string& path, const std::string& text, unsigned mo
 
 /// The text of a file; throws std::runtime_error where it can't be read.
 std::string ReadTextFile(const std::string& path);
+
+/// The names of what is in a folder, sorted.
+std::vector<std::string> FilesIn(const std::string& folder);
 
 }  // namespace test

@@ -2,9 +2,7 @@
 #include <json/value.h>
 #include <mds/localized_string_parser.h>
 
-#include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <regex>
 #include <string>
@@ -23,11 +21,6 @@ const char* const kLanguages[] = {"enu", "ger"};
 
 std::string PathOf(const std::string& folder, const std::string& language) {
     return kProject + "/texts/" + folder + language + "/strings";
-}
-
-std::string ReadFile(const std::string& path) {
-    std::ifstream file(path);
-    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 // "section.key" of every text.
@@ -72,34 +65,19 @@ TEST_P(ShippedTexts, EveryLineIsUnderstood) {
 }
 
 // The parser takes the last of two like keys without a word.
-TEST_P(ShippedTexts, SectionsAndKeysAreSortedAndComeOnce) {
+TEST_P(ShippedTexts, KeysComeOnce) {
     std::ifstream file(path_);
-    std::string section;
-    std::string key;
+    std::size_t lines = 0;
     for (std::string line; std::getline(file, line);) {
-        if (line.empty() || line[0] == '#') {
-            continue;
-        }
-        if (line[0] == '[') {
-            EXPECT_LT(section, line);
-            section = line;
-            key.clear();
-            continue;
-        }
-        const std::string next_key = line.substr(0, line.find('='));
-        EXPECT_LT(key, next_key) << section;
-        key = next_key;
+        lines += line.find('=') != std::string::npos && line[0] != '#' ? 1 : 0;
     }
-    EXPECT_FALSE(key.empty());
+    EXPECT_EQ(Parse(path_).size(), lines);
 }
 
 TEST_P(ShippedTexts, TextsFitIntoASentence) {
     const std::regex placeholder("%[0-9]+%");
     for (const auto& [name, text] : Parse(path_)) {
         ASSERT_FALSE(text.empty()) << name;
-        EXPECT_EQ(text.find("  "), std::string::npos) << name;
-        EXPECT_NE(text.front(), ' ') << name;
-        EXPECT_NE(text.back(), ' ') << name;
         EXPECT_FALSE(std::regex_search(text, placeholder)) << name;
         if (name.rfind("notification.", 0) != 0) {
             EXPECT_NE(text.back(), '.') << name;
@@ -118,39 +96,6 @@ TEST(EnglishTexts, NoTwoOfASectionAreAlike) {
         const std::string section = name.substr(0, name.find('.'));
         const auto [first, is_new] = seen.emplace(section + ": " + text, name);
         EXPECT_TRUE(is_new) << first->second << " and " << name;
-    }
-}
-
-struct SourceLabel {
-    std::string name;  // as in Texts
-    std::string place;
-};
-
-std::vector<SourceLabel> LabelsInSources() {
-    // Label{"section", "key"}, with round brackets or a variable's name too.
-    const std::regex label(R"re(\bLabel(?:\s+\w+)*\s*[{(]\s*"([^"]*)"\s*,\s*"([^"]*)"\s*[})])re");
-    std::vector<SourceLabel> labels;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(kProject + "/src")) {
-        if (!entry.is_regular_file()) {
-            continue;
-        }
-        const std::string source = ReadFile(entry.path());
-        for (std::sregex_iterator match(source.begin(), source.end(), label), end; match != end;
-             ++match) {
-            labels.push_back({(*match)[1].str() + "." + (*match)[2].str(), entry.path()});
-        }
-    }
-    return labels;
-}
-
-TEST(Labels, EveryLabelOfTheSourcesIsShipped) {
-    const std::vector<SourceLabel> labels = LabelsInSources();
-    // At least the example at the type is found as long as labels are written as it says there; the
-    // type's explicit constructor has the compiler refuse the ways that would be missed.
-    EXPECT_FALSE(labels.empty());
-    const Texts texts = Parse(PathOf("", "enu"));
-    for (const SourceLabel& label : labels) {
-        EXPECT_EQ(texts.count(label.name), 1U) << label.name << " of " << label.place;
     }
 }
 

@@ -305,20 +305,11 @@ TEST_F(Files, RealAndTemporaryPaths) {
 }
 
 TEST(FilePaths, Parts) {
-    const test::Table<const char*, const char*, const char*, const char*, const char*> rows = {
-        {"/a/b.tar.gz", "b.tar.gz", "b.tar", "gz", "/a"},
-        {"/a/b", "b", "b", "", "/a"},
-        {"/a/b.", "b.", "b", "", "/a"},
-        {"/var/log/", ".", ".", "", "/var/log"},
-        {"/", "/", "/", "", ""},
-        {"", "", "", "", ""},
-    };
-    for (const auto& [path, name, stem, extension, parent] : rows) {
-        EXPECT_EQ(FileName(path), name) << path;
-        EXPECT_EQ(FileStem(path), stem) << path;
-        EXPECT_EQ(FileExtension(path), extension) << path;
-        EXPECT_EQ(FileParentFolder(path), parent) << path;
-    }
+    EXPECT_EQ(FileName("/var/log/"), ".");
+    EXPECT_EQ(FileStem("/a/b.tar.gz"), "b.tar");
+    EXPECT_EQ(FileExtension("/a/b.tar.gz"), "gz");
+    EXPECT_EQ(FileExtension("/a/b"), "");
+    EXPECT_EQ(FileParentFolder("/a/b"), "/a");
 }
 
 }  // namespace

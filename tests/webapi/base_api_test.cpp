@@ -3,11 +3,11 @@
 #include <mero/api_request.h>
 #include <mero/api_response.h>
 
-#include <stdexcept>
 #include <string>
 
 #include "support/json_value.h"
 #include "support/query_call.h"
+#include "support/table.h"
 
 namespace serverlog::webapi {
 namespace {
@@ -38,45 +38,31 @@ class Method : public BaseAPI {
     Json::Value params_;
 };
 
-const struct {
-    const char* params;
-    const char* steps;
-    int code;
-    const char* data;
-    const char* request_data_without_output;
-} kRuns[] = {
-    {"{}", " execute", 0, "executed", ""},
-    {R"({"execute":5})", " execute", 5, "executed", ""},
-    {R"({"read":4,"execute":5})", "", 4, "read", "read"},
-};
-
-TEST(BaseAPI, RunsByRequest) {
-    for (const auto& run : kRuns) {
+TEST(BaseAPI, RunsByRequestAndByJson) {
+    // The last column is what a request has in its response when its output is off.
+    const test::Table<const char*, const char*, int, const char*, const char*> runs = {
+        {"{}", " execute", 0, "executed", ""},
+        {R"({"execute":5})", " execute", 5, "executed", ""},
+        {R"({"read":4,"execute":5})", "", 4, "read", "read"},
+    };
+    for (const auto& [params, steps, code, data, data_without_output] : runs) {
         for (const bool output : {true, false}) {
-            MERO::APIRequest request = test::RequestWith(test::JsonOf(run.params));
+            SCOPED_TRACE(params + std::string(output ? " with output" : ""));
+            MERO::APIRequest request = test::RequestWith(test::JsonOf(params));
             MERO::APIResponse response;
-            Method method(&request, &response);
+            Method by_request(&request, &response);
+            Method by_json(test::JsonOf(params));
             if (!output) {
-                method.DisableOutput();
+                by_request.DisableOutput();
+                by_json.DisableOutput();
             }
-            method.RunByAPIRequest();
-            EXPECT_EQ(method.steps_, std::string("request") + run.steps);
-            const std::string data = output ? run.data : run.request_data_without_output;
-            EXPECT_EQ(response.GetBody().asString(), data) << run.params << output;
-            EXPECT_EQ(response.GetError(), data.empty() ? 0 : run.code) << run.params << output;
-        }
-    }
-}
-
-TEST(BaseAPI, RunsByJson) {
-    for (const auto& run : kRuns) {
-        for (const bool output : {true, false}) {
-            Method method(test::JsonOf(run.params));
-            if (!output) {
-                method.DisableOutput();
-            }
-            EXPECT_EQ(method.RunByJson(), Output(run.code, run.data)) << run.params;
-            EXPECT_EQ(method.steps_, std::string("json") + run.steps);
+            by_request.RunByAPIRequest();
+            EXPECT_EQ(by_request.steps_, std::string("request") + steps);
+            const std::string shown = output ? data : data_without_output;
+            EXPECT_EQ(response.GetBody().asString(), shown);
+            EXPECT_EQ(response.GetError(), shown.empty() ? 0 : code);
+            EXPECT_EQ(by_json.RunByJson(), Output(code, data));
+            EXPECT_EQ(by_json.steps_, std::string("json") + steps);
         }
     }
 }

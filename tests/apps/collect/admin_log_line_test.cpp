@@ -1,7 +1,6 @@
 #include "collect/admin_log_line.h"
 
 #include <gtest/gtest.h>
-#include <json/json.h>
 
 #include "apps/admin_line.h"
 #include "support/table.h"

@@ -2,13 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <ctime>
 #include <string>
 #include <vector>
 
 #include "support/fake_clock.h"
 #include "support/table.h"
 #include "support/time_zone.h"
+#include "utils/time.h"
 
 namespace serverlog::program {
 namespace {
@@ -59,15 +59,6 @@ TEST(LogLine, IsReadInEveryForm) {
     }
 }
 
-std::string Utc(std::int64_t seconds) {
-    const std::time_t time = seconds;
-    std::tm utc = {};
-    gmtime_r(&time, &utc);
-    char text[64];
-    std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &utc);
-    return text;
-}
-
 TEST(LogLine, HasTheYearThatItWasLoggedIn) {
     test::SetZone("UTC");
     const test::Table<const char*, const char*, std::vector<std::string>, std::vector<std::string>>
@@ -109,7 +100,8 @@ TEST(LogLine, HasTheYearThatItWasLoggedIn) {
         for (const std::string& stamp : stamps) {
             const std::string text = stamp + " mx1 a: x";
             LogLine line;
-            times.push_back(reader.Read(text, line) ? Utc(line.stamp.seconds) : "unreadable");
+            times.push_back(reader.Read(text, line) ? utils::ConvertToTimeString(line.stamp.seconds)
+                                                    : "unreadable");
         }
         EXPECT_EQ(times, expected);
     }

@@ -18,12 +18,17 @@ const std::string kActive =
 const std::string kRemoved = "qmgr[3]: AAAAA: removed";
 const std::string kTail = "|bob@example.org|ann@example.com||1234|<1@example.org>|AAAAA|mx1|";
 
-std::string Delivery(const std::string& agent, const std::string& queue_id,
-                     const std::string& status, const std::string& to = "<ann@example.com>") {
+std::string DeliveryOf(const std::string& queue_id, const std::string& agent,
+                       const std::string& status, const std::string& to = "<ann@example.com>") {
     return agent + "[4]: " + queue_id + ": to=" + to +
            ", relay=mx.example.com[192.0.2.1]:25, conn_use=2, delay=1, delays=0/0/0/1, "
            "dsn=2.0.0, status=" +
            status;
+}
+
+std::string Delivery(const std::string& agent, const std::string& status,
+                     const std::string& to = "<ann@example.com>") {
+    return DeliveryOf("AAAAA", agent, status, to);
 }
 
 std::string Subject(const std::string& text) {
@@ -59,57 +64,49 @@ TEST(MailTracker, GivesARowForEachFate) {
         return more;
     };
     std::vector<Case> cases = {
-        {"outwards",
-         with({Delivery("smtp", "AAAAA", "sent (250 Ok)"), kRemoved}),
-         {"sent" + kTail}},
-        {"bounced", with({Delivery("smtp", "AAAAA", "bounced (550 no)")}), {"bounced" + kTail}},
-        {"by the error service",
-         with({Delivery("error", "AAAAA", "bounced (no)")}),
-         {"bounced" + kTail}},
-        {"deferred only", with({Delivery("smtp", "AAAAA", "deferred (timeout)")}), {}},
+        {"outwards", with({Delivery("smtp", "sent (250 Ok)"), kRemoved}), {"sent" + kTail}},
+        {"bounced", with({Delivery("smtp", "bounced (550 no)")}), {"bounced" + kTail}},
+        {"by the error service", with({Delivery("error", "bounced (no)")}), {"bounced" + kTail}},
+        {"deferred only", with({Delivery("smtp", "deferred (timeout)")}), {}},
         {"deferred, then outwards",
-         with({Delivery("smtp", "AAAAA", "deferred (timeout)"), kActive,
-               Delivery("smtp", "AAAAA", "sent (250 Ok)")}),
+         with({Delivery("smtp", "deferred (timeout)"), kActive, Delivery("smtp", "sent (250 Ok)")}),
          {"resent" + kTail}},
         {"deferred, then here",
-         with({Delivery("error", "AAAAA", "deferred (x)"), Delivery("lmtp", "AAAAA", "sent (x)")}),
+         with({Delivery("error", "deferred (x)"), Delivery("lmtp", "sent (x)")}),
          {"resent" + kTail}},
         {"deferred, then bounced",
-         with({Delivery("smtp", "AAAAA", "deferred (timeout)"),
-               Delivery("smtp", "AAAAA", "bounced (550 no)")}),
+         with({Delivery("smtp", "deferred (timeout)"), Delivery("smtp", "bounced (550 no)")}),
          {"bounced" + kTail}},
         {"another recipient was deferred",
-         with({Delivery("smtp", "AAAAA", "deferred (x)", "<x@example.com>"),
-               Delivery("smtp", "AAAAA", "sent (250 Ok)")}),
+         with({Delivery("smtp", "deferred (x)", "<x@example.com>"),
+               Delivery("smtp", "sent (250 Ok)")}),
          {"sent" + kTail}},
         {"expired, two recipients",
-         with({Delivery("smtp", "AAAAA", "deferred (x)"),
-               Delivery("smtp", "AAAAA", "deferred (x)", "<x@example.com>"),
+         with({Delivery("smtp", "deferred (x)"),
+               Delivery("smtp", "deferred (x)", "<x@example.com>"),
                "qmgr[3]: AAAAA: from=<bob@example.org>, status=expired, returned to sender",
                "bounce[9]: AAAAA: sender non-delivery notification: BBBBB", kRemoved}),
          {"bounced" + kTail,
           "bounced|bob@example.org|x@example.com||1234|<1@example.org>|AAAAA|mx1|"}},
         {"made to expire",
-         with({Delivery("smtp", "AAAAA", "deferred (x)"),
+         with({Delivery("smtp", "deferred (x)"),
                "qmgr[3]: AAAAA: from=<bob@example.org>, status=force-expired, returned to sender"}),
          {"bounced" + kTail}},
         {"two recipients of one alias",
-         with(
-             {Delivery("lmtp", "AAAAA", "sent (x)", "<a@example.com>, orig_to=<all@example.com>"),
-              Delivery("lmtp", "AAAAA", "sent (x)", "<b@example.com>, orig_to=<all@example.com>")}),
+         with({Delivery("lmtp", "sent (x)", "<a@example.com>, orig_to=<all@example.com>"),
+               Delivery("lmtp", "sent (x)", "<b@example.com>, orig_to=<all@example.com>")}),
          {"received|bob@example.org|a@example.com|all@example.com|1234|<1@example.org>|AAAAA|mx1|",
           "received|bob@example.org|b@example.com|all@example.com|1234|<1@example.org>|AAAAA|"
           "mx1|"}},
         {"a question whether it could be delivered",
-         with({Delivery("smtp", "AAAAA", "deliverable (250 Ok)")}),
+         with({Delivery("smtp", "deliverable (250 Ok)")}),
          {}},
         {"the service of another instance",
-         with({Delivery("../postfix-out/slow/smtp", "AAAAA", "sent (250 Ok)")}),
+         with({Delivery("../postfix-out/slow/smtp", "sent (250 Ok)")}),
          {"sent" + kTail}},
     };
     for (const char* agent : {"lmtp", "local", "virtual", "pipe"}) {
-        cases.push_back(
-            {agent, with({Delivery(agent, "AAAAA", "sent (delivered)")}), {"received" + kTail}});
+        cases.push_back({agent, with({Delivery(agent, "sent (delivered)")}), {"received" + kTail}});
     }
     Check(cases);
 }
@@ -119,11 +116,10 @@ TEST(MailTracker, FollowsAMailOverSeveralQueueIds) {
     const std::string id_b = "cleanup[6]: BBBBB: message-id=<1@example.org>";
     const std::string active_b =
         "qmgr[3]: BBBBB: from=<bob@example.org>, size=1300, nrcpt=1 (queue active)";
-    const std::string handed =
-        Delivery("smtp", "AAAAA",
-                 "sent (250 2.0.0 from MTA(smtp:[127.0.0.1]:10025): 250 2.0.0 Ok: queued as BBBBB)",
-                 "<ann@example.com>, orig_to=<info@example.com>");
-    const std::string here = Delivery("lmtp", "BBBBB", "sent (Saved)");
+    const std::string handed = Delivery(
+        "smtp", "sent (250 2.0.0 from MTA(smtp:[127.0.0.1]:10025): 250 2.0.0 Ok: queued as BBBBB)",
+        "<ann@example.com>, orig_to=<info@example.com>");
+    const std::string here = DeliveryOf("BBBBB", "lmtp", "sent (Saved)");
     const auto row_b = [](const std::string& status, const std::string& orig_to,
                           const std::string& subject) {
         return status + "|bob@example.org|ann@example.com|" + orig_to +
@@ -139,8 +135,7 @@ TEST(MailTracker, FollowsAMailOverSeveralQueueIds) {
          {row_b("received", "", "Hi")}},
         {"the filter was down at first",
          {kClient, kId, kActive,
-          Delivery("smtp", "AAAAA", "deferred (refused)",
-                   "<ann@example.com>, orig_to=<info@example.com>"),
+          Delivery("smtp", "deferred (refused)", "<ann@example.com>, orig_to=<info@example.com>"),
           local_b, id_b, active_b, handed, here},
          {row_b("resent", "info@example.com", "")}},
         {"the filter runs on another host",
@@ -155,31 +150,31 @@ TEST(MailTracker, FollowsAMailOverSeveralQueueIds) {
          {"received|bob@example.org|ann@example.com|info@example.com|1300||BBBBB|mx1|"}},
         {"forwarded by an alias",
          {kClient, kId, Subject("Hi"), kActive, id_b, active_b,
-          Delivery("local", "AAAAA", "sent (forwarded as BBBBB)"), kRemoved,
-          Delivery("smtp", "BBBBB", "sent (250 Ok)", "<ann@home.example.net>")},
+          Delivery("local", "sent (forwarded as BBBBB)"), kRemoved,
+          DeliveryOf("BBBBB", "smtp", "sent (250 Ok)", "<ann@home.example.net>")},
          {"sent|bob@example.org|ann@home.example.net||1300|<1@example.org>|BBBBB|mx1|Hi"}},
         {"forwarded once it was deferred, then expired elsewhere",
-         {kClient, kId, kActive, Delivery("local", "AAAAA", "deferred (x)"), id_b, active_b,
-          Delivery("local", "AAAAA", "sent (forwarded as BBBBB)"), kRemoved,
-          Delivery("smtp", "BBBBB", "deferred (x)", "<ann@home.example.net>"),
+         {kClient, kId, kActive, Delivery("local", "deferred (x)"), id_b, active_b,
+          Delivery("local", "sent (forwarded as BBBBB)"), kRemoved,
+          DeliveryOf("BBBBB", "smtp", "deferred (x)", "<ann@home.example.net>"),
           "qmgr[3]: BBBBB: from=<bob@example.org>, status=expired, returned to sender"},
          {"bounced|bob@example.org|ann@home.example.net||1300|<1@example.org>|BBBBB|mx1|"}},
         {"another host answers with a queue id of its own",
-         {kClient, kId, kActive, Delivery("smtp", "AAAAA", "sent (250 Ok: queued as CCCCC)")},
+         {kClient, kId, kActive, Delivery("smtp", "sent (250 Ok: queued as CCCCC)")},
          {"sent" + kTail}},
         {"a queue id of another mail in the answer",
          {"smtpd[5]: CCCCC: client=mx.example.org[198.51.100.7]",
           "cleanup[6]: CCCCC: message-id=<2@example.org>", kClient, kId, kActive,
-          Delivery("smtp", "AAAAA", "sent (250 Ok: queued as CCCCC)")},
+          Delivery("smtp", "sent (250 Ok: queued as CCCCC)")},
          {"sent" + kTail}},
         {"the same message id from outside is another copy",
          {kClient, kId, Subject("Hi"), kActive, "smtpd[5]: BBBBB: client=x[203.0.113.5]", id_b,
-          active_b, here, Delivery("lmtp", "AAAAA", "sent (Saved)")},
+          active_b, here, Delivery("lmtp", "sent (Saved)")},
          {row_b("received", "", ""), "received" + kTail + "Hi"}},
         {"put into the queue again",
-         {kClient, kId, kActive, Delivery("smtp", "AAAAA", "deferred (x)"),
+         {kClient, kId, kActive, Delivery("smtp", "deferred (x)"),
           "pickup[7]: BBBBB: uid=89 from=<bob@example.org> orig_id=AAAAA", id_b, kRemoved, active_b,
-          Delivery("smtp", "BBBBB", "sent (250 Ok)")},
+          DeliveryOf("BBBBB", "smtp", "sent (250 Ok)")},
          {row_b("resent", "", "")}},
     });
 }
@@ -187,29 +182,28 @@ TEST(MailTracker, FollowsAMailOverSeveralQueueIds) {
 TEST(MailTracker, TakesLogsThatBeginAndEndAnywhere) {
     Check({
         {"the delivery alone",
-         {Delivery("smtp", "AAAAA", "sent (250 Ok)")},
+         {Delivery("smtp", "sent (250 Ok)")},
          {"sent||ann@example.com||0||AAAAA|mx1|"}},
         {"from the queue manager on",
-         {kActive, Delivery("lmtp", "AAAAA", "sent (x)")},
+         {kActive, Delivery("lmtp", "sent (x)")},
          {"received|bob@example.org|ann@example.com||1234||AAAAA|mx1|"}},
         {"expired, nobody knows for whom",
          {"qmgr[3]: AAAAA: from=<bob@example.org>, status=expired, returned to sender"},
          {"bounced|bob@example.org|||0||AAAAA|mx1|"}},
         {"never an end, and the queue id is used again",
-         {kClient, kId, Subject("Old"), kActive, Delivery("smtp", "AAAAA", "deferred (x)"), kClient,
-          kActive, Delivery("smtp", "AAAAA", "sent (250 Ok)")},
+         {kClient, kId, Subject("Old"), kActive, Delivery("smtp", "deferred (x)"), kClient, kActive,
+          Delivery("smtp", "sent (250 Ok)")},
          {"sent|bob@example.org|ann@example.com||1234||AAAAA|mx1|"}},
         {"two mails in turns",
          {kClient, "smtpd[5]: CCCCC: client=x[203.0.113.5]", kId,
           "cleanup[6]: CCCCC: message-id=<2@example.org>", kActive,
           "qmgr[3]: CCCCC: from=<eve@example.net>, size=9, nrcpt=1 (queue active)",
-          Delivery("lmtp", "CCCCC", "sent (x)"), "qmgr[3]: CCCCC: removed",
-          Delivery("smtp", "AAAAA", "sent (250 Ok)")},
+          DeliveryOf("CCCCC", "lmtp", "sent (x)"), "qmgr[3]: CCCCC: removed",
+          Delivery("smtp", "sent (250 Ok)")},
          {"received|eve@example.net|ann@example.com||9|<2@example.org>|CCCCC|mx1|",
           "sent" + kTail}},
         {"size that no number holds",
-         {"qmgr[3]: AAAAA: from=<>, size=99999999999999, nrcpt=1",
-          Delivery("lmtp", "AAAAA", "sent")},
+         {"qmgr[3]: AAAAA: from=<>, size=99999999999999, nrcpt=1", Delivery("lmtp", "sent")},
          {"received||ann@example.com||0||AAAAA|mx1|"}},
     });
 }
@@ -217,7 +211,7 @@ TEST(MailTracker, TakesLogsThatBeginAndEndAnywhere) {
 TEST(MailTracker, KeepsWhatASenderWroteAsData) {
     const auto subject = [](const char* name, const std::string& logged, const std::string& kept) {
         return Case{name,
-                    {kClient, kId, Subject(logged), kActive, Delivery("lmtp", "AAAAA", "sent (x)")},
+                    {kClient, kId, Subject(logged), kActive, Delivery("lmtp", "sent (x)")},
                     {"received" + kTail + kept}};
     };
     Check({
@@ -250,18 +244,18 @@ TEST(MailTracker, KeepsWhatASenderWroteAsData) {
                 "=?utf-8?x?abc?= =?nonsense?b?!!!?=", "=?utf-8?x?abc?= =?nonsense?b?!!!?="),
         {"an address with everything in quotes",
          {kClient, "qmgr[3]: AAAAA: from=<\"a>, size=9, nrcpt=1\"@example.org>, size=1, nrcpt=1",
-          Delivery("lmtp", "AAAAA", "sent (x)", "<\"b>, status=bounced (x\"@example.com>")},
+          Delivery("lmtp", "sent (x)", "<\"b>, status=bounced (x\"@example.com>")},
          {"received|\"a>, size=9, nrcpt=1\"@example.org|\"b>, status=bounced "
           "(x\"@example.com||1||AAAAA|mx1|"}},
         {"a domain in its encoded form",
-         {Delivery("lmtp", "AAAAA", "sent (x)", "<ann@xn--bcher-kva.example>")},
+         {Delivery("lmtp", "sent (x)", "<ann@xn--bcher-kva.example>")},
          {"received||ann@b\xc3\xbc"
           "cher.example||0||AAAAA|mx1|"}},
         {"a client that names itself like a queue id",
          {"smtpd[1]: warning: hostname AAAAA: removed[203.0.113.5] is not there", kClient, kActive,
           "smtpd[1]: NOQUEUE: reject: RCPT from x[203.0.113.5]: 554 <AAAAA: removed>: no; "
           "from=<x> to=<y>",
-          Delivery("lmtp", "AAAAA", "sent (x)")},
+          Delivery("lmtp", "sent (x)")},
          {"received|bob@example.org|ann@example.com||1234||AAAAA|mx1|"}},
     });
 }
@@ -269,9 +263,9 @@ TEST(MailTracker, KeepsWhatASenderWroteAsData) {
 TEST(MailTracker, TellsHostsApart) {
     test::EventReader reader;
     reader.Mail("Nov 22 10:00:00 mx1 postfix/" + kActive);
-    EXPECT_EQ(reader.Mail("Nov 22 10:00:00 mx2 postfix/" + Delivery("lmtp", "AAAAA", "sent (x)")),
+    EXPECT_EQ(reader.Mail("Nov 22 10:00:00 mx2 postfix/" + Delivery("lmtp", "sent (x)")),
               Lines{"received||ann@example.com||0||AAAAA|mx2|"});
-    EXPECT_EQ(reader.Mail("<22>Nov 22 10:00:00 postfix/" + Delivery("smtp", "AAAAA", "sent (x)")),
+    EXPECT_EQ(reader.Mail("<22>Nov 22 10:00:00 postfix/" + Delivery("smtp", "sent (x)")),
               Lines{"sent||ann@example.com||0||AAAAA|here|"});
 }
 

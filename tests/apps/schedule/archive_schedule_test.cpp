@@ -1,6 +1,5 @@
 #include "schedule/archive_schedule.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <mailserver-log/db/store_traits.h>
 #include <mailserver/mail_conf.h>

@@ -1,6 +1,5 @@
 #include "schedule/rotation_schedule.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <mailserver-log/db/provider.h>
 #include <mailserver/mail_conf.h>

@@ -1,7 +1,6 @@
 // Whatever happens to a rotation, each row is in one of the files, and the next rotation works.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <mailserver-log/db/provider.h>
 #include <mailserver-log/db/store_traits.h>
 #include <mailserver-log/log/rotation/rotater.h>
@@ -20,6 +19,7 @@
 #include "support/spool.h"
 #include "support/sqlite_file.h"
 #include "support/store_reader.h"
+#include "support/text_file.h"
 #include "support/traced_child.h"
 
 namespace serverlog::log::rotation {
@@ -75,14 +75,6 @@ Names Once(Names rows) {
     return rows;
 }
 
-Names Files() {
-    Names names;
-    for (const auto& entry : fs::directory_iterator(test::kSpool)) {
-        names.push_back(entry.path().filename().string());
-    }
-    return names;
-}
-
 /// A store with rows in all three of its files, each of 300 rows: the current one has as many again
 /// that stay.
 template <class DB>
@@ -116,7 +108,7 @@ class NoRowLost : public testing::Test {
         EXPECT_EQ(Once(AllRows<DB>()), all_);
         EXPECT_EQ(RowsOf<DB>(Traits<DB>::kPath).size(), std::size_t{kRows});
         EXPECT_EQ(Once(RowsOf<DB>(Traits<DB>::kArchivePath)).size(), 2U * kRows);
-        EXPECT_EQ(Files().size(), 3U);
+        EXPECT_EQ(test::FilesIn(test::kSpool).size(), 3U);
     }
 
     Names all_;

@@ -1,11 +1,11 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <mailserver-log/db/provider.h>
 #include <mailserver-log/db/store_traits.h>
 #include <mailserver-log/exception/exception.h>
 #include <mailserver-log/log/rotation/rotater.h>
 #include <mailserver/file_lock.h>
 #include <mailserver/mail_conf.h>
+#include <mailserver/round_time.h>
 #include <merodbquery/session.h>
 #include <sys/stat.h>
 
@@ -43,25 +43,10 @@ using Lines = std::vector<std::string>;
 
 constexpr char kEnabled[] = "archive_enable_schedule";
 
-std::time_t StartOfToday() {
-    const std::time_t now = std::time(nullptr);
-    std::tm day = {};
-    localtime_r(&now, &day);
-    day.tm_hour = day.tm_min = day.tm_sec = 0;
-    day.tm_isdst = -1;
-    return std::mktime(&day);
-}
+const std::time_t kCut = getRoundTime(std::time(nullptr), CountInterval::Day);
 
-const std::time_t kCut = StartOfToday();
-
-/// The files in the spool folder.
 Lines Files() {
-    Lines names;
-    for (const auto& entry : fs::directory_iterator(test::kSpool)) {
-        names.push_back(entry.path().filename().string());
-    }
-    std::sort(names.begin(), names.end());
-    return names;
+    return test::FilesIn(test::kSpool);
 }
 
 std::string OwnerAndMode(const std::string& path) {
@@ -213,10 +198,7 @@ TEST_F(Rotation, CapKeepsTheBoundaryRowsDateAndWhatIsYounger) {
     const std::string clean_up =
         utils::Replace(Rotater<MailLogDB>("").CleanUpQuery(store, "main"), "4000000", "3");
     const test::Table<std::vector<int>, std::size_t> rows = {
-        {std::vector<int>{}, 0},
-        {{1, 2, 3}, 3},
-        {{1, 2, 3, 4}, 4},
-        {{1, 2, 3, 4, 5}, 4},
+        {std::vector<int>{}, 0},    {{1, 2, 3}, 3}, {{1, 2, 3, 4}, 4}, {{1, 2, 3, 4, 5}, 4},
         {{1, 2, 2, 2, 3, 4, 5}, 6},
     };
     for (const auto& [dates, kept] : rows) {

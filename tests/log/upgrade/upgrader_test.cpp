@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <mailserver-log/db/provider.h>
 #include <mailserver-log/db/store_traits.h>
 #include <mailserver-log/exception/exception.h>
@@ -7,7 +6,6 @@
 
 #include <filesystem>
 #include <string>
-#include <vector>
 
 #include "support/named_rows.h"
 #include "support/spool.h"

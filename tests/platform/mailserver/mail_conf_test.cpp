@@ -25,15 +25,9 @@ class MailConf : public testing::Test {
  protected:
     void SetUp() override { std::filesystem::remove_all(kPath); }
 
-    // The whole content of the folder: nothing may be left there beside the file.
-    static Lines Files() {
-        Lines names;
-        for (const auto& entry : std::filesystem::directory_iterator(kFolder)) {
-            if (entry.path().filename() != "notify.d") {
-                names.push_back(entry.path().filename());
-            }
-        }
-        return names;
+    // Nothing may be left beside the file.
+    static void ExpectNoOtherFile() {
+        EXPECT_EQ(test::FilesIn(kFolder), (Lines{"mailserver.conf", "notify.d"}));
     }
 
     test::SyslogSocket log_;
@@ -80,7 +74,7 @@ TEST_F(MailConf, Set) {
         EXPECT_EQ(mailConfGet(key, value), 0) << name;
         EXPECT_EQ(value, expected) << name;
     }
-    EXPECT_EQ(Files(), Lines{"mailserver.conf"});
+    ExpectNoOtherFile();
     EXPECT_EQ(log_.Take().size(), 0U);
 }
 
@@ -122,7 +116,7 @@ TEST_F(MailConf, OwnerAndModeStay) {
     EXPECT_EQ(status.st_uid, owner);
     EXPECT_EQ(status.st_gid, owner);
     EXPECT_EQ(status.st_mode & 07777, 0640U);
-    EXPECT_EQ(Files(), Lines{"mailserver.conf"});
+    ExpectNoOtherFile();
 }
 
 TEST_F(MailConf, FileThatCannotBeReadIsAFailure) {
@@ -159,7 +153,7 @@ TEST_F(MailConf, FailedWriteLeavesTheOldFile) {
                   return std::to_string(mailConfSet("b", "2", false, 0));
               }),
               "-1");
-    EXPECT_EQ(Files(), Lines{"mailserver.conf"});
+    ExpectNoOtherFile();
     EXPECT_EQ(test::InChildWithoutRights([] {
                   chmod(kFolder, 0555);
                   return std::to_string(mailConfSet("b", "2", false, 0));

@@ -54,14 +54,12 @@ TEST(APIParameter, IsTakenFromJsonByItsType) {
     };
     for (const auto& [json, as_text, as_number] : rows) {
         const Json::Value params = test::JsonOf(json);
-        EXPECT_EQ(StateOf(APIParameterFactoryBasicImpl<std::string>::FromJson(
-                      params, "k", PARAM_OPTIONAL, nullptr)),
-                  as_text)
-            << json;
-        EXPECT_EQ(StateOf(APIParameterFactoryBasicImpl<int>::FromJson(params, "k", PARAM_OPTIONAL,
-                                                                      nullptr)),
-                  as_number)
-            << json;
+        const auto text = APIParameterFactoryBasicImpl<std::string>::FromJson(
+            params, "k", PARAM_OPTIONAL, nullptr);
+        const auto number =
+            APIParameterFactoryBasicImpl<int>::FromJson(params, "k", PARAM_OPTIONAL, nullptr);
+        EXPECT_EQ(StateOf(text), as_text) << json;
+        EXPECT_EQ(StateOf(number), as_number) << json;
     }
 }
 

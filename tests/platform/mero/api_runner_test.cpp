@@ -1,6 +1,5 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <json/json.h>
 #include <mero/api_runner.h>
 #include <sched.h>
@@ -41,11 +40,6 @@ Json::Value Call(const char* api = kApi, const Json::Value& params = Json::objec
 
 Json::Value Failure(int code) {
     return JsonOf(R"({"success":false,"error":{"code":)" + std::to_string(code) + "}}");
-}
-
-std::size_t OpenFiles() {
-    const std::filesystem::directory_iterator files("/proc/self/fd");
-    return static_cast<std::size_t>(std::distance(begin(files), end(files)));
 }
 
 TEST(APIRunner, HandlerOfTheProcessComesFirst) {
@@ -113,7 +107,7 @@ TEST(APIRunner, FailingExecutables) {
     };
     Call("missing");  // connects to the system log, which stays open
     log.Take();
-    const std::size_t open_files = OpenFiles();
+    const std::size_t open_files = test::FilesIn("/proc/self/fd").size();
     // Too large for a pipe: a handler that reads none of it must not block the call.
     const Json::Value large = std::string(1 << 20, 'x');
     for (const auto& [name, script, line] : rows) {
@@ -124,7 +118,7 @@ TEST(APIRunner, FailingExecutables) {
     }
     test::WriteTextFile(std::string(APIRunner::kHandlerFolder) + "/" + kApi, "no program", 0755);
     EXPECT_EQ(Call(), Failure(APIRunner::kHandlerFailed));
-    EXPECT_EQ(OpenFiles(), open_files);
+    EXPECT_EQ(test::FilesIn("/proc/self/fd").size(), open_files);
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "a child is left";
 }
 

@@ -1,7 +1,6 @@
 // What a session does when its file goes away from under it.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <merodbquery/insert_query.h>
 #include <merodbquery/select_query.h>
 #include <merodbquery/session.h>

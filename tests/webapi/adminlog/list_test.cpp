@@ -14,7 +14,6 @@
 #include "support/sqlite_file.h"
 #include "support/store_rows.h"
 #include "support/table.h"
-#include "support/text_file.h"
 
 namespace serverlog::webapi {
 namespace {
@@ -59,11 +58,7 @@ class AdminListTest : public test::QueryTest {
         List_v1 method(test::JsonOf(params));
         method.SetTestString(test::JsonOf(titles));
         const Json::Value payload = std::get<1>(method.RunByJson());
-        std::string servers;
-        for (const Json::Value& element : payload["log_list"]) {
-            servers += (servers.empty() ? "" : " ") + element["server"].asString();
-        }
-        return servers;
+        return test::internal::Members(payload["log_list"], "server");
     }
 };
 

@@ -8,7 +8,6 @@
 #include "support/json_value.h"
 #include "support/query_call.h"
 #include "support/query_fixture.h"
-#include "support/sqlite_file.h"
 #include "support/store_rows.h"
 #include "support/table.h"
 #include "support/text_file.h"
@@ -22,41 +21,23 @@ using test::ListOf;
 constexpr char kPath[] = "/var/spool/@PostCube-Server/aggr_log/aggr_mail_log.db";
 constexpr char kDomains[] = "/var/packages/PostCube-Server/etc/domains.json";
 constexpr char kStatusError[] = "status error, transform to \"any\" status";
-constexpr int kMidnight = 1795305600;  // 2026-11-22 00:00:00 UTC
-constexpr int kHour = 3600;
 
-record::MailLog Row(const char* id, int date, int size, int status) {
-    record::MailLog row;
-    row.message_id = id;
-    row.date = date;
-    row.size = size;
-    row.status = status;
-    return row;
-}
-
+/// The dates are near 1795305600, which is 2026-11-22 00:00:00 UTC.
 class MailListTest : public test::QueryTest {
  protected:
     MailListTest() {
-        record::MailLog a = Row("a", kMidnight - kHour, 100, 0);
-        a.mail_from = "Ann@example.com";
-        a.mail_to = "bob@other.org";
-        a.subject = "Grüße aus KÖLN";
-        a.host = "h3";
-        record::MailLog b = Row("b", kMidnight, 101, 1);
-        b.mail_from = "eve@other.org";
-        b.mail_to = "ann@example.com";
-        b.ori_mail_to = "sales@example.com";
-        b.subject = "100% off_er";
-        b.host = "h1";
-        record::MailLog c = Row("c", kMidnight + kHour, 5000, 1);
-        c.mail_from = "bob@example.com";
-        c.mail_to = "ann@müller.example";
-        c.host = "h2";
-        record::MailLog d = Row("d", kMidnight + 24 * kHour, 0, 2);
-        d.mail_from = "x@sub.example.com";
-        record::MailLog e = Row("e", kMidnight + 24 * kHour + 1, 1536, 3);
-        record::MailLog f = Row("f", kMidnight + 48 * kHour, -1, 4);
-        test::AddRows<db::MailLogDB>(kPath, {a, b, c, d, e, f});
+        test::AddJsonRows<db::MailLogDB>(
+            kPath,
+            {R"({"message_id":"a","date":1795302000,"size":100,"mail_from":"Ann@example.com",
+                 "mail_to":"bob@other.org","subject":"Grüße aus KÖLN","host":"h3"})",
+             R"({"message_id":"b","date":1795305600,"size":101,"status":1,"host":"h1",
+                 "mail_from":"eve@other.org","mail_to":"ann@example.com",
+                 "ori_mail_to":"sales@example.com","subject":"100% off_er"})",
+             R"({"message_id":"c","date":1795309200,"size":5000,"status":1,"host":"h2",
+                 "mail_from":"bob@example.com","mail_to":"ann@müller.example"})",
+             R"({"message_id":"d","date":1795392000,"status":2,"mail_from":"x@sub.example.com"})",
+             R"({"message_id":"e","date":1795392001,"status":3,"size":1536})",
+             R"({"message_id":"f","date":1795478400,"status":4,"size":-1})"});
     }
 
     /// The ids that a search finds, oldest first, in both forms.
@@ -132,6 +113,10 @@ TEST_F(MailListTest, FindsByAdvanceSearch) {
         {R"({"date_from":"2026/11/22","date_to":"2026/11/22"})", "b"},
         {R"({"status":"receive","size_from":200,"mail_to":"ann"})", "c"},
         {R"({"date_from":"when","date_to":"2026/11/23"})", "a b c d"},
+        {R"({"offset":"5","limit":5.5,"query":1,"action":["find"],"sort_by":null,"status":"any",
+             "date_from":20991122,"date_to":false,"mail_to":{},"size_from":true})",
+         "a b c d e f"},
+        {R"({"offset":3000000000,"limit":-3000000000})", "a b c d e f"},
         {R"({"action":"list","query":"ann","status":"send"})", "a"},
         {R"({"action":"Find","query":"ann","status":"send"})", "a"},
         {R"({"query":"  ","status":"send"})", "a"},

@@ -17,34 +17,19 @@ using securitylog::List;
 using test::ListOf;
 
 constexpr char kPath[] = "/var/spool/@PostCube-Server/aggr_log/aggr_security_log.db";
-constexpr int kMidnight = 1795305600;  // 2026-11-22 00:00:00 UTC
 
+/// The dates are near 1795305600, which is 2026-11-22 00:00:00 UTC.
 class SecurityListTest : public test::QueryTest {
  protected:
     SecurityListTest() {
-        record::SecurityLog a;
-        a.host = "a";
-        a.date = kMidnight;
-        a.src = "192.0.2.1";
-        a.type = "dmarc";
-        a.event = "Policy REJECT";
-        a.sender = "eve@example.com";
-        a.recipient = "ann@example.org";
-        a.subject = "Ünïcode <b>";
-        record::SecurityLog b;
-        b.host = "b";
-        b.date = kMidnight + 1;
-        b.src = "2001:db8::1";
-        b.type = "spf+dmarc";
-        b.sender = "eve@müller.example";
-        b.recipient = "bob@example.org";
-        record::SecurityLog c;
-        c.host = "c";
-        c.date = kMidnight - 1;
-        c.src = "example.net";
-        c.type = "spam";
-        c.event = "score 12";
-        test::AddRows<db::SecurityLogDB>(kPath, {a, b, c});
+        test::AddJsonRows<db::SecurityLogDB>(
+            kPath, {R"({"host":"a","date":1795305600,"src":"192.0.2.1","type":"dmarc",
+                 "event":"Policy REJECT","sender":"eve@example.com","recipient":"ann@example.org",
+                 "subject":"Ünïcode <b>"})",
+                    R"({"host":"b","date":1795305601,"src":"2001:db8::1","type":"spf+dmarc",
+                 "sender":"eve@müller.example","recipient":"bob@example.org"})",
+                    R"({"host":"c","date":1795305599,"src":"example.net","type":"spam",
+                 "event":"score 12"})"});
     }
 
     /// The hosts that a search finds, newest first, in both forms.

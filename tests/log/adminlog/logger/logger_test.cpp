@@ -64,9 +64,7 @@ TEST_F(LoggerTest, CallsWithoutALine) {
 TEST_F(LoggerTest, WholeLine) {
     MERO::APIRequest request(R"(o"neil\)", 4294967295U, "2001:db8::7", Json::Value());
     MERO::APIResponse response;
-    Json::Value params;
-    params["name"] = "a\"b";
-    Logger logger("Webapi_Domain_Create", params);
+    Logger logger("Webapi_Domain_Create", test::JsonOf(R"({"name":"a\"b"})"));
     long const before = time(nullptr);
     logger.Log(&request, &response);
     long const after = time(nullptr);
@@ -111,10 +109,8 @@ TEST_F(LoggerTest, ValuesInAStatement) {
 }
 
 TEST_F(LoggerTest, PlaceholdersAreFilledInRisingOrder) {
-    Json::Value params;
-    params["domain_id"] = 1;
-    params["additional_domains"].append("%1% and %2%");
-    Logger logger("Webapi_Additional_Domain_Create", params);
+    Logger logger("Webapi_Additional_Domain_Create",
+                  test::JsonOf(R"({"domain_id":1,"additional_domains":["%1% and %2%"]})"));
     // The domain's name is empty without PreLog; %2% has no value and stays.
     EXPECT_THAT(
         logger.ComposeStatement("Additional domain %0% of domain %1% was created.", {}, {}),
@@ -165,14 +161,11 @@ TEST_F(LoggerTest, StoreThatCannotBeOpenedEndsTheLogBeforeTheFirstLine) {
 }
 
 TEST(FlagsTest, ForceTheLog) {
-    Json::Value expected;
-    expected["force_log"] = true;
-    EXPECT_EQ(DownloadFlag(Json::arrayValue), expected);
-    expected["name"] = "";
-    EXPECT_EQ(UploadFlag(Json::Value()), expected);
-    Json::Value params;
-    params["name"] = expected["name"] = "logo.png";
-    EXPECT_EQ(UploadFlag(params), expected);
+    using test::JsonOf;
+    EXPECT_EQ(DownloadFlag(Json::arrayValue), JsonOf(R"({"force_log":true})"));
+    EXPECT_EQ(UploadFlag(Json::Value()), JsonOf(R"({"force_log":true,"name":""})"));
+    EXPECT_EQ(UploadFlag(JsonOf(R"({"name":"logo.png"})")),
+              JsonOf(R"({"force_log":true,"name":"logo.png"})"));
 }
 
 }  // namespace

@@ -11,8 +11,8 @@
 namespace serverlog::log::adminlog {
 
 /// Names a text of the mail server's text files. Wherever one is written down its type stands
-/// before the braces, `Label{"domain", "role"}`: by that a test finds every label in the sources
-/// and looks for it in the text files that we ship.
+/// before the braces, `Label{"domain", "role"}`, so that a search finds each; a statement shows
+/// nothing for one that the text files lack.
 struct Label {
     constexpr explicit Label(const char* text_section, const char* text_key)
         : section(text_section), key(text_key) {}

@@ -2,6 +2,7 @@
 
 #include "log/adminlog/tabs/service/network_interface.h"
 #include "support/child.h"
+#include "support/json_value.h"
 #include "support/operation_fixture.h"
 #include "support/table.h"
 #include "support/text_file.h"
@@ -10,7 +11,6 @@
 #include <json/value.h>
 #include <sched.h>
 #include <sys/mount.h>
-#include <syslog.h>
 
 #include <filesystem>
 #include <string>
@@ -31,27 +31,15 @@ class InterfaceDisplayTest : public test::OperationTest {
         object["ip"] = ip;
         return service::InterfaceDisplay("interface", object);
     }
-
-    std::vector<std::string> Errors() {
-        std::vector<std::string> errors;
-        for (auto const& line : syslog_.Take()) {
-            if (line.priority == (LOG_MAIL | LOG_ERR)) {
-                errors.push_back(line.text);
-            }
-        }
-        return errors;
-    }
 };
 
 TEST_F(InterfaceDisplayTest, ShowsEachKindByItsName) {
     const test::Table<char const*, char const*> rows = {
         {"eth0", "LAN 1 (10.0.0.1)"},
-        {"eth12", "LAN 13 (10.0.0.1)"},
         {"eth007", "LAN 8 (10.0.0.1)"},
         {"br0", "LAN (10.0.0.1)"},
         {"br", "LAN (10.0.0.1)"},
         {"ovs_eth0", "LAN 1 (10.0.0.1)"},
-        {"ovs_bond1", "Bond 2 (10.0.0.1)"},
         {"wlan0", "Wi-Fi 1 (10.0.0.1)"},
         {"gwlan0", "Guest network 1 (10.0.0.1)"},
         {"bond0", "Bond 1 (10.0.0.1)"},
@@ -65,7 +53,6 @@ TEST_F(InterfaceDisplayTest, ShowsEachKindByItsName) {
         {"tun1", "(unknow)  (10.0.0.1)"},
         {"pppoe", "PPPoE (10.0.0.1)"},
         {"ppp200", "VPN (10.0.0.1)"},
-        {"ppp201", "VPN (10.0.0.1)"},
         {"ppp399", "VPN (10.0.0.1)"},
         {"ppp400", "PPPoE (10.0.0.1)"},
         {"ppp2011", "PPPoE (10.0.0.1)"},
@@ -80,7 +67,6 @@ TEST_F(InterfaceDisplayTest, ShowsEachKindByItsName) {
         {"eth1.10.20", "(unknow)  (10.0.0.1)"},
         // Tunnels.
         {"6in4-eth0", "IPv6 tunnel(LAN 1 (10.0.0.1)) (10.0.0.1)"},
-        {"6in4-ppp0", "IPv6 tunnel(PPPoE (10.0.0.1)) (10.0.0.1)"},
         {"6in4-6in4-br0", "IPv6 tunnel(IPv6 tunnel(LAN (10.0.0.1)) (10.0.0.1)) (10.0.0.1)"},
         {"6in4-xyz0", "IPv6 tunnel((unknow)  (10.0.0.1)) (10.0.0.1)"},
         // Unknown names.
@@ -95,7 +81,7 @@ TEST_F(InterfaceDisplayTest, ShowsEachKindByItsName) {
     for (const auto& [name, text] : rows) {
         EXPECT_EQ(Show(name), text) << name;
     }
-    EXPECT_THAT(Errors(), IsEmpty());
+    EXPECT_THAT(syslog_.TakeErrors(), IsEmpty());
 }
 
 TEST_F(InterfaceDisplayTest, NamesContainersWhereTheirTextsAre) {
@@ -110,14 +96,14 @@ TEST_F(InterfaceDisplayTest, NamesContainersWhereTheirTextsAre) {
 
 TEST_F(InterfaceDisplayTest, TellsOfNamesThatItCannotRead) {
     const test::Table<Json::Value, char const*> rows = {
-        {"eth", " turn string to int fail: "},
-        {"eth2147483647", " turn string to int out of range: 2147483647"},
-        {"eth99999999999999999999.1", " turn string to int out of range: 99999999999999999999"},
-        {Json::arrayValue, " log interface change fail"},
+        {"eth", "turn string to int fail: "},
+        {"eth2147483647", "turn string to int out of range: 2147483647"},
+        {"eth99999999999999999999.1", "turn string to int out of range: 99999999999999999999"},
+        {Json::arrayValue, "log interface change fail"},
     };
     for (const auto& [name, error] : rows) {
         EXPECT_EQ(Show(name), "(unknow)  (10.0.0.1)") << error;
-        EXPECT_THAT(Errors(), ElementsAre(HasSubstr(error)));
+        EXPECT_THAT(syslog_.TakeErrors(), ElementsAre(HasSubstr(error)));
     }
     EXPECT_EQ(Show("eth0", Json::objectValue), "(unknow) ");
     EXPECT_EQ(Show("eth2147483646"), "LAN 2147483647 (10.0.0.1)");
@@ -149,10 +135,8 @@ TEST_F(InterfaceDisplayTest, PppoeIsReplacedByItsInterface) {
         }
         std::filesystem::create_directory("/sys/class/net/ppp7");
         test::WriteTextFile("/sys/class/net/ppp7/type", "512\n");
-        Json::Value old_info;
-        old_info["interface"] = "eth0";
-        Json::Value params;
-        params["interface"] = "pppoe";
+        Json::Value params = test::JsonOf(R"({"interface":"pppoe"})");
+        Json::Value old_info = test::JsonOf(R"({"interface":"eth0"})");
         Json::Value const diff = service::DiffInterface(old_info, params);
         return params["interface"].asString() + " " + diff["interface"].asString();
     });
