@@ -1,23 +1,37 @@
 #include "output/csv_writer.h"
 
-#include <algorithm>
-#include <array>
+#include <mailserver-log/utils/eight_bytes.h>
 
 namespace serverlog::program {
 
 namespace {
 
-// Looked up by the byte: every byte of an export passes here.
-constexpr std::array<bool, 256> kNeedQuotes = [] {
-    std::array<bool, 256> need_quotes = {};
-    for (const char c : {',', '"', '\r', '\n'}) {
-        need_quotes[static_cast<unsigned char>(c)] = true;
+bool NeedsQuotes(std::string_view cell) {
+    // All four stand before the hyphen. One look for that is a third of the work of four, and no
+    // address and no id has anything else that does.
+    if (!utils::HasMarked(cell, [](const utils::EightBytes& bytes) { return bytes.Below('-'); })) {
+        return false;
     }
-    return need_quotes;
-}();
+    return utils::HasMarked(cell, [](const utils::EightBytes& bytes) {
+        return bytes.Equal(',') | bytes.Equal('"') | bytes.Equal('\r') | bytes.Equal('\n');
+    });
+}
 
-bool NeedsQuotes(char c) {
-    return kNeedQuotes[static_cast<unsigned char>(c)];
+bool IsFormula(std::string_view cell) {
+    if (cell.empty()) {
+        return false;
+    }
+    switch (cell.front()) {
+        case '=':
+        case '+':
+        case '-':
+        case '@':
+        case '\t':
+        case '\r':
+            return true;
+        default:
+            return false;
+    }
 }
 
 }  // namespace
@@ -30,18 +44,23 @@ void CsvWriter::Write(const std::vector<std::string>& cells) {
 }
 
 void CsvWriter::Add(std::string_view cell) {
-    constexpr std::string_view kFormulaStarts = "=+-@\t\r";
-    const bool formula = !cell.empty() && kFormulaStarts.find(cell[0]) != std::string_view::npos;
-    const bool quoted = std::any_of(cell.begin(), cell.end(), NeedsQuotes);
-    row_ += quoted ? "\"" : "";
-    row_ += formula ? "'" : "";
+    const bool quoted = NeedsQuotes(cell);
+    if (quoted) {
+        row_ += '"';
+    }
+    if (IsFormula(cell)) {
+        row_ += '\'';
+    }
     for (std::size_t quote; quoted && (quote = cell.find('"')) != std::string_view::npos;) {
         row_ += cell.substr(0, quote + 1);
         row_ += '"';
         cell.remove_prefix(quote + 1);
     }
     row_ += cell;
-    row_ += quoted ? "\"," : ",";
+    if (quoted) {
+        row_ += '"';
+    }
+    row_ += ',';
 }
 
 void CsvWriter::EndRow() {

@@ -1,3 +1,4 @@
+#include <mailserver-log/utils/eight_bytes.h>
 #include <mailserver-log/utils/json_string.h>
 #include <unicode/utf8.h>
 
@@ -50,10 +51,13 @@ std::size_t AppendCharacter(std::string& out, std::string_view text) {
     return taken;
 }
 
-}  // namespace
+bool IsAllPlain(std::string_view text) {
+    return !HasMarked(text, [](const EightBytes& bytes) {
+        return bytes.Below(' ') | bytes.Equal('"') | bytes.Equal('\\') | bytes.Beyond();
+    });
+}
 
-void AppendJsonString(std::string& out, std::string_view text) {
-    out += '"';
+void AppendEscaped(std::string& out, std::string_view text) {
     while (!text.empty()) {
         std::size_t run = 0;
         while (run < text.size() && IsPlain(text[run])) {
@@ -71,6 +75,17 @@ void AppendJsonString(std::string& out, std::string_view text) {
             taken = AppendCharacter(out, text);
         }
         text.remove_prefix(taken);
+    }
+}
+
+}  // namespace
+
+void AppendJsonString(std::string& out, std::string_view text) {
+    out += '"';
+    if (IsAllPlain(text)) {
+        out += text;
+    } else {
+        AppendEscaped(out, text);
     }
     out += '"';
 }
