@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <mailserver-log/record/adminlog/admin_log.h>
 #include <mailserver-log/record/emaillog/mail_log.h>
+#include <mailserver-log/record/row_view.h>
 #include <mailserver-log/record/securitylog/security_log.h>
 #include <merodbquery/session.h>
 
@@ -96,6 +97,15 @@ struct TableOf<SecurityLog> {
 };
 
 template <class Record>
+Record Owned(const RowView<Record>& row) {
+    Record record;
+    ForEachIndexedColumn<Record>([&](auto index, const auto& column) {
+        record.*column.member = row.template Get<decltype(index)::value>();
+    });
+    return record;
+}
+
+template <class Record>
 class EveryRecord : public testing::Test {
  protected:
     EveryRecord() {
@@ -115,6 +125,18 @@ class EveryRecord : public testing::Test {
         return record;
     }
 
+    /// The statement that the first row was fetched by; what it was fetched into lives with it.
+    template <class Row>
+    soci::statement Selected(Row& row) {
+        soci::statement select(session_.GetRawSession());
+        select.exchange(soci::into(row));
+        select.alloc();
+        select.prepare("SELECT * FROM t");
+        select.define_and_bind();
+        select.execute(true);
+        return select;
+    }
+
     merodbquery::Session session_ = merodbquery::Session::SQLite(":memory:");
 };
 using Records = testing::Types<AdminLog, MailLog, SecurityLog>;
@@ -125,6 +147,7 @@ TYPED_TEST(EveryRecord, ComesBackFromATableAndFromJson) {
         this->session_.RawQuery("DELETE FROM t");
         this->Insert(record);
         EXPECT_TRUE(this->Select() == record);
+        EXPECT_TRUE(Owned(RowView<TypeParam>(record)) == record);
         EXPECT_TRUE(FromJson<TypeParam>(ToJson(record)) == record);
     }
     EXPECT_FALSE(TypeParam() == TableOf<TypeParam>::Full());
@@ -183,7 +206,8 @@ std::string EndOf(Read read) {
     }
 }
 
-// A record is read and bound on the statement itself; its virtual operations have to do the same.
+// A record and its view are read on the statement itself; the record's virtual operations have to
+// do the same.
 TYPED_TEST(EveryRecord, ExchangesAsItsVirtualOperationsDo) {
     using Names = std::vector<std::string>;
     const Names types = {"INTEGER", "BIGINT", "TEXT", "VARCHAR(9)", "REAL", "", "BLOB"};
@@ -199,19 +223,20 @@ TYPED_TEST(EveryRecord, ExchangesAsItsVirtualOperationsDo) {
                 this->Insert(TableOf<TypeParam>::Full());
                 this->session_.RawQuery("UPDATE t SET " + name + " = " + value);
                 const auto direct = [this] { return this->Select(); };
+                const auto by_view = [this] {
+                    RowView<TypeParam> view;
+                    const soci::statement select = this->Selected(view);
+                    return Owned(view);
+                };
                 const auto by_values = [this] {
-                    TypeParam record;
                     soci::values values;
-                    soci::statement select(this->session_.GetRawSession());
-                    select.exchange(soci::into(values));
-                    select.alloc();
-                    select.prepare("SELECT * FROM t");
-                    select.define_and_bind();
-                    select.execute(true);
+                    const soci::statement select = this->Selected(values);
+                    TypeParam record;
                     record.soci_FromBase(values);
                     return record;
                 };
                 EXPECT_EQ(EndOf(direct), EndOf(by_values)) << name << " " << type << " " << value;
+                EXPECT_EQ(EndOf(by_view), EndOf(by_values)) << name << " " << type << " " << value;
             }
         }
         this->session_.RawQuery("ALTER TABLE t RENAME COLUMN " + name + " TO other");

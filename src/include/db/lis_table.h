@@ -2,6 +2,7 @@
 
 #include <mailserver-log/db/union_all_select.h>
 #include <mailserver-log/export.h>
+#include <mailserver-log/record/row_view.h>
 #include <merodbquery/condition.h>
 #include <merodbquery/session.h>
 
@@ -63,11 +64,23 @@ class MAILSERVER_LOG_EXPORT LisTable {
                                               int offset, int limit,
                                               const std::vector<std::string>& schemas, T& record);
 
+    /// The same into a view, without copies of the texts.
+    ///
+    /// @param row  as `record`
+    UnionAllSelectQuery UnionStepList(const merodbquery::Condition& condition,
+                                      const std::string& sort, const std::string& order, int offset,
+                                      int limit, const std::vector<std::string>& schemas,
+                                      record::RowView<T>& row);
+
     /// The names of the table's columns, at most 32, in the order of the schema. Empty, with an
     /// error line, if they can't be read.
     std::vector<std::string> Columns();
 
  private:
+    UnionAllSelectQuery StepQuery(const merodbquery::Condition& condition, const std::string& sort,
+                                  const std::string& order, int offset, int limit,
+                                  const std::vector<std::string>& schemas);
+
     std::string table_;
     merodbquery::Session& session_;
 };

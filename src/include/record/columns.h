@@ -3,10 +3,12 @@
 #include <json/json.h>
 #include <mailserver-log/export.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <tuple>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -35,6 +37,26 @@ Column(const char*, Value Record::*) -> Column<Record, Value>;
 template <class Record, class Visit>
 void ForEachColumn(Visit&& visit) {
     std::apply([&visit](const auto&... column) { (visit(column), ...); }, Record::Columns());
+}
+
+namespace internal {
+
+template <class Record, class Visit, std::size_t... Index>
+constexpr void ForEachColumnAt(Visit& visit, std::index_sequence<Index...> /*columns*/) {
+    (visit(std::integral_constant<std::size_t, Index>(), std::get<Index>(Record::Columns())), ...);
+}
+
+}  // namespace internal
+
+/// How many columns Record has.
+template <class Record>
+inline constexpr std::size_t kColumnCount = std::tuple_size_v<decltype(Record::Columns())>;
+
+/// Calls `visit(index, column)` for each column of Record, in order. The index counts from 0 and is
+/// a std::integral_constant, so that a tuple can be asked for the value of that column.
+template <class Record, class Visit>
+constexpr void ForEachIndexedColumn(Visit visit) {
+    internal::ForEachColumnAt<Record>(visit, std::make_index_sequence<kColumnCount<Record>>());
 }
 
 /// The names of Record's columns, in order.

@@ -4,7 +4,6 @@
 #include <soci/soci.h>
 
 #include <cstddef>
-#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -12,15 +11,19 @@ namespace soci {
 struct sqlite3_statement_backend;
 }  // namespace soci
 
+// Where SOCI's backend has the interface of SQLite.
+namespace sqlite_api {
+struct sqlite3_stmt;
+}  // namespace sqlite_api
+
 namespace serverlog::record {
 
 /// The columns of a statement's present row, or the parameters of a statement that is to run, right
 /// on the statement of SOCI's backend for SQLite.
 ///
-/// A record goes through it when it is bound with soci::into or soci::use. Its texts are taken into
-/// strings that keep their memory from row to row, and a column is looked for once a statement:
-/// through soci::values, which allocates every value of every row and finds it by name, reading
-/// takes twice as long.
+/// A record goes through it when it is bound with soci::into or soci::use. It looks for each column
+/// once a statement, and values are taken from where SQLite has them: through soci::values, which
+/// allocates every value of every row and finds it by name, reading takes twice as long.
 ///
 /// Belongs to the exchange element that holds it; the statement outlives it.
 class MAILSERVER_LOG_EXPORT StatementRow {
@@ -40,36 +43,28 @@ class MAILSERVER_LOG_EXPORT StatementRow {
     /// Has the parameters take new values. What was bound before stays where it is not replaced.
     void BeginBinding();
 
-    ///@{
-    /// Reads a column, of the declared type that SOCI would want for the value's type.
+    /// Where a column stands, counted from 0 over the whole statement, and its declared type.
+    struct Place {
+        int column;
+        soci::data_type type;
+    };
+
+    /// Where one of the record's columns stands.
     ///
-    /// @param index  the record's columns counted from 0; read and bound in this order
-    /// @param name   the column's name
-    /// @return false, with `value` unchanged, for a NULL; std::bad_cast for another declared type,
-    ///         soci::soci_error for a column that is not there
-    bool Read(std::size_t index, const char* name, std::int32_t& value) const;
-    bool Read(std::size_t index, const char* name, std::int64_t& value) const;
-    bool Read(std::size_t index, const char* name, std::string& value) const;
-    ///@}
+    /// @param index  the record's columns counted from 0; asked for in this order at first
+    /// @param name   the column's name; of two columns with it the last counts, as in SOCI
+    /// @return soci::soci_error for a column that is not there
+    Place ColumnAt(std::size_t index, const char* name) const {
+        return index < places_.size() ? places_[index] : FindColumn(name);
+    }
 
-    /// Whether a column is declared as a text. soci::soci_error as Read.
-    bool IsText(std::size_t index, const char* name) const;
+    /// Which parameter has the name of one of the record's columns; 0 if none has.
+    int ParameterAt(std::size_t index, const char* name) {
+        return index < parameters_.size() ? parameters_[index] : FindParameter(name);
+    }
 
-    /// Whether a column is NULL, whatever its declared type is. soci::soci_error as Read.
-    bool IsNull(std::size_t index, const char* name) const;
-
-    ///@{
-    /// Binds a value to the parameter of that name, if the statement has one. soci::soci_error when
-    /// SQLite does not take it.
-    ///
-    /// @param value  a text must stay until the statement has run
-    void Bind(std::size_t index, const char* name, std::int32_t value);
-    void Bind(std::size_t index, const char* name, std::int64_t value);
-    void Bind(std::size_t index, const char* name, const std::string& value);
-    ///@}
-
-    /// Binds a text of which SQLite keeps a copy.
-    void BindCopy(std::size_t index, const char* name, const std::string& value);
+    /// The statement itself, for reading and binding.
+    sqlite_api::sqlite3_stmt* Statement() const { return statement_; }
 
  private:
     struct Column {
@@ -77,19 +72,17 @@ class MAILSERVER_LOG_EXPORT StatementRow {
         soci::data_type type;
     };
 
-    // Places count from 0; kNowhere is that of a name that the statement does not have.
-    static constexpr int kNowhere = -1;
-
-    int Place(std::size_t index, const char* name) const;
-    int TypedPlace(std::size_t index, const char* name, soci::data_type type) const;
-    int Parameter(std::size_t index, const char* name);
-    void BindText(std::size_t index, const char* name, const std::string& value, bool copy);
+    void AttachTo(soci::details::statement_impl& statement);
+    Place FindColumn(const char* name) const;
+    int FindParameter(const char* name);
 
     soci::sqlite3_statement_backend* backend_ = nullptr;
+    sqlite_api::sqlite3_stmt* statement_ = nullptr;
     int first_ = 0;
     std::vector<Column> columns_;
-    // Of the record's columns, found when they are used for the first time.
-    mutable std::vector<int> places_;
+    // Of the record's columns, found when they are asked for the first time.
+    mutable std::vector<Place> places_;
+    std::vector<int> parameters_;
 };
 
 }  // namespace serverlog::record

@@ -144,8 +144,28 @@ UnionAllSelectQuery LisTable<T>::UnionStepList(const merodbquery::Condition& con
                                                const std::string& sort, const std::string& order,
                                                int offset, int limit,
                                                const std::vector<std::string>& schemas, T& record) {
-    UnionAllSelectQuery query(session_);
+    UnionAllSelectQuery query = StepQuery(condition, sort, order, offset, limit, schemas);
     query.Bind(soci::into(record));
+    return query;
+}
+
+template <class T>
+UnionAllSelectQuery LisTable<T>::UnionStepList(const merodbquery::Condition& condition,
+                                               const std::string& sort, const std::string& order,
+                                               int offset, int limit,
+                                               const std::vector<std::string>& schemas,
+                                               record::RowView<T>& row) {
+    UnionAllSelectQuery query = StepQuery(condition, sort, order, offset, limit, schemas);
+    query.Bind(soci::into(row));
+    return query;
+}
+
+template <class T>
+UnionAllSelectQuery LisTable<T>::StepQuery(const merodbquery::Condition& condition,
+                                           const std::string& sort, const std::string& order,
+                                           int offset, int limit,
+                                           const std::vector<std::string>& schemas) {
+    UnionAllSelectQuery query(session_);
     for (const std::string& schema : schemas) {
         SelectQueryExpose select(session_, schema + "." + table_);
         select.Where(condition);

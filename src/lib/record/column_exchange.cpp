@@ -2,6 +2,8 @@
 
 #include <mailserver-log/utils/error_line.h>
 
+#include <typeinfo>
+
 #include "utils/json_text.h"
 
 namespace serverlog::record::internal {
@@ -15,14 +17,30 @@ void ParseColumn(const std::string& text, Json::Value& value) {
     }
 }
 
-void RefuseNull(bool has_value) {
-    if (!has_value) {
-        // SOCI's words.
-        throw soci::soci_error("Null value not allowed for this type");
+void Check(int result) {
+    if (result != SQLITE_OK) {
+        throw soci::soci_error(std::string("Cannot bind a value: ") +
+                               sqlite_api::sqlite3_errstr(result));
+    }
+}
+
+void BindText(StatementRow& row, const ExchangedColumn& column, const std::string& value,
+              sqlite_api::sqlite3_destructor_type keeping) {
+    if (const int parameter = row.ParameterAt(column.index, column.name); parameter != 0) {
+        Check(sqlite_api::sqlite3_bind_text(row.Statement(), parameter, value.c_str(),
+                                            static_cast<int>(value.size()), keeping));
     }
 }
 
 }  // namespace
+
+void RefuseType() {
+    throw std::bad_cast();
+}
+
+void RefuseNull() {
+    throw soci::soci_error("Null value not allowed for this type");  // SOCI's words
+}
 
 void ReadColumn(const soci::values& row, const ExchangedColumn& column, std::int32_t& value) {
     value = row.get<int>(column.name);
@@ -43,29 +61,8 @@ void ReadColumn(const soci::values& row, const ExchangedColumn& column, Json::Va
     ParseColumn(text, value);
 }
 
-void ReadColumn(const StatementRow& row, const ExchangedColumn& column, std::int32_t& value) {
-    RefuseNull(row.Read(column.index, column.name, value));
-}
-
-void ReadColumn(const StatementRow& row, const ExchangedColumn& column, std::uint64_t& value) {
-    std::int64_t stored = 0;
-    RefuseNull(row.Read(column.index, column.name, stored));
-    value = static_cast<std::uint64_t>(stored);
-}
-
-void ReadColumn(const StatementRow& row, const ExchangedColumn& column, std::string& value) {
-    const bool may_be_null = column.null_text == NullText::Empty;
-    // Where a NULL is taken its declared type is not asked for, on purpose: SOCI doesn't either.
-    const bool is_untyped_null = may_be_null && !row.IsText(column.index, column.name) &&
-                                 row.IsNull(column.index, column.name);
-    if (is_untyped_null || !row.Read(column.index, column.name, value)) {
-        RefuseNull(may_be_null);
-        value.clear();
-    }
-}
-
 void ReadColumn(const StatementRow& row, const ExchangedColumn& column, Json::Value& value) {
-    std::string text;
+    std::string text;  // the parser wants one
     ReadColumn(row, column, text);
     ParseColumn(text, value);
 }
@@ -87,19 +84,29 @@ void WriteColumn(soci::values& row, const ExchangedColumn& column, const Json::V
 }
 
 void WriteColumn(StatementRow& row, const ExchangedColumn& column, std::int32_t value) {
-    row.Bind(column.index, column.name, value);
+    if (const int parameter = row.ParameterAt(column.index, column.name); parameter != 0) {
+        Check(sqlite_api::sqlite3_bind_int(row.Statement(), parameter, value));
+    }
 }
 
 void WriteColumn(StatementRow& row, const ExchangedColumn& column, std::uint64_t value) {
-    row.Bind(column.index, column.name, static_cast<std::int64_t>(value));
+    if (const int parameter = row.ParameterAt(column.index, column.name); parameter != 0) {
+        Check(sqlite_api::sqlite3_bind_int64(row.Statement(), parameter,
+                                             static_cast<std::int64_t>(value)));
+    }
 }
 
+// SQLite's own names for the two ways of keeping a text, SQLITE_STATIC and SQLITE_TRANSIENT, are
+// casts to a type outside of the namespace that it is in here.
+
 void WriteColumn(StatementRow& row, const ExchangedColumn& column, const std::string& value) {
-    row.Bind(column.index, column.name, value);
+    BindText(row, column, value, nullptr);
 }
 
 void WriteColumn(StatementRow& row, const ExchangedColumn& column, const Json::Value& value) {
-    row.BindCopy(column.index, column.name, utils::ToJsonText(value));
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): SQLite's number for "make a copy of the text".
+    const auto copied = reinterpret_cast<sqlite_api::sqlite3_destructor_type>(-1);
+    BindText(row, column, utils::ToJsonText(value), copied);
 }
 
 }  // namespace serverlog::record::internal

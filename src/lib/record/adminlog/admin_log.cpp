@@ -26,6 +26,8 @@ void AdminLog::WriteTo(StatementRow& row) const {
     WriteColumns(*this, row);
 }
 
+template class RowView<AdminLog>;
+
 bool operator==(const AdminLog& a, const AdminLog& b) {
     return EqualColumns(a, b);
 }

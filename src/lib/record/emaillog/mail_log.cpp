@@ -26,6 +26,8 @@ void MailLog::WriteTo(StatementRow& row) const {
     WriteColumns(*this, row);
 }
 
+template class RowView<MailLog>;
+
 bool operator==(const MailLog& a, const MailLog& b) {
     return EqualColumns(a, b);
 }

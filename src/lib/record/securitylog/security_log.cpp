@@ -26,6 +26,8 @@ void SecurityLog::WriteTo(StatementRow& row) const {
     WriteColumns(*this, row);
 }
 
+template class RowView<SecurityLog>;
+
 bool operator==(const SecurityLog& a, const SecurityLog& b) {
     return EqualColumns(a, b);
 }
