@@ -38,8 +38,8 @@ std::uint64_t WriteRecords(SelectedRows<Store>& rows, const std::string& format,
                            OutputTarget& target, Progress& progress) {
     const auto writer = MakeRecordWriter<Store>(format, target.Stream());
     std::uint64_t count = 0;
-    rows.ForEach([&](const auto& record) {
-        writer->Write(record);
+    rows.ForEach([&](const auto& row) {
+        writer->Write(row);
         ++count;
         progress.Show(count, count);
         return target.Stream().good();

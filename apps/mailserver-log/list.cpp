@@ -40,8 +40,8 @@ void List(const ListOptions& options) {
     }
     SelectedRows<Store> rows(options.selection);
     const auto writer = MakeRecordWriter<Store>(options.format, std::cout, TerminalStyle());
-    rows.ForEach([&writer](const auto& record) {
-        writer->Write(record);
+    rows.ForEach([&writer](const auto& row) {
+        writer->Write(row);
         return std::cout.good();
     });
     writer->Finish();

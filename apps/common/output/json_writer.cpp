@@ -2,6 +2,8 @@
 
 #include <mailserver-log/utils/json_string.h>
 
+#include <charconv>
+
 #include "output/display_text.h"
 
 namespace serverlog::program {
@@ -16,6 +18,13 @@ Json::StreamWriterBuilder CompactForm() {
     return builder;
 }
 
+template <class Number>
+void AppendNumber(std::string& out, Number number) {
+    char digits[24];
+    const char* const end = std::to_chars(digits, digits + sizeof digits, number).ptr;
+    out.append(digits, static_cast<std::size_t>(end - digits));
+}
+
 }  // namespace
 
 std::string CompactJson(const Json::Value& value) {
@@ -24,14 +33,14 @@ std::string CompactJson(const Json::Value& value) {
 }
 
 void AppendJson(std::string& out, std::int32_t value) {
-    out += std::to_string(value);
+    AppendNumber(out, value);
 }
 
 void AppendJson(std::string& out, std::uint64_t value) {
-    out += std::to_string(value);
+    AppendNumber(out, value);
 }
 
-void AppendJson(std::string& out, const std::string& value) {
+void AppendJson(std::string& out, std::string_view value) {
     utils::AppendJsonString(out, value);
 }
 
@@ -40,17 +49,17 @@ void AppendJson(std::string& out, const Json::Value& value) {
 }
 
 void JsonWriter::Write(const Json::Value& value) {
-    WriteText(CompactJson(value));
+    text_ = CompactJson(value);
+    WriteText();
 }
 
-void JsonWriter::WriteText(std::string_view text) {
+void JsonWriter::WriteText() {
     if (form_ == Form::kArray) {
         out_ << (empty_ ? "[\n" : ",\n");
+    } else {
+        text_ += '\n';
     }
-    out_.write(text.data(), static_cast<std::streamsize>(text.size()));
-    if (form_ == Form::kLines) {
-        out_ << '\n';
-    }
+    out_.write(text_.data(), static_cast<std::streamsize>(text_.size()));
     empty_ = false;
 }
 

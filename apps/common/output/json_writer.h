@@ -1,14 +1,15 @@
 #pragma once
 
 #include <json/json.h>
+#include <mailserver-log/record/columns.h>
+#include <mailserver-log/record/row_view.h>
 
-#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <ostream>
 #include <string>
 #include <string_view>
-#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -28,69 +29,76 @@ class JsonWriter {
 
     void Write(const Json::Value& value);
 
-    /// Writes the object that record::ToJson makes of a record, without making it, which would
-    /// take most of the time.
+    /// Writes the object that record::ToJson makes of a row's record, without making it, which
+    /// would take most of the time.
     template <class Record>
-    void WriteRecord(const Record& record);
+    void WriteRow(const record::RowView<Record>& row);
 
     /// To be called once, behind the last value.
     void Finish();
 
  private:
-    void WriteText(std::string_view text);
+    void WriteText();
 
     std::ostream& out_;
     Form form_;
     bool empty_ = true;
-    std::string text_;
+    std::string text_;  // of the present value
 };
 
 /// Adds a value of a record as JSON text.
 void AppendJson(std::string& out, std::int32_t value);
 void AppendJson(std::string& out, std::uint64_t value);
-void AppendJson(std::string& out, const std::string& value);
+void AppendJson(std::string& out, std::string_view value);
 void AppendJson(std::string& out, const Json::Value& value);
 
 namespace internal {
 
-/// A member of a record's JSON object.
+/// The indices of a record's columns in the order of their names, as JSON values keep members.
 template <class Record>
-struct JsonMember {
-    std::string_view name;
-    void (*append)(std::string& out, const Record& record);
-};
+constexpr auto ColumnsByName() {
+    constexpr std::size_t kCount = record::kColumnCount<Record>;
+    std::array<std::string_view, kCount> names = {};
+    std::array<std::size_t, kCount> order = {};
+    record::ForEachIndexedColumn<Record>([&](auto index, const auto& column) {
+        names[index] = column.name;
+        std::size_t place = index;
+        for (; place > 0 && names[order[place - 1]] > names[index]; --place) {
+            order[place] = order[place - 1];
+        }
+        order[place] = index;
+    });
+    return order;
+}
 
-template <class Record, std::size_t... Index>
-std::vector<JsonMember<Record>> JsonMembers(std::index_sequence<Index...> /*columns*/) {
-    std::vector<JsonMember<Record>> members = {
-        {std::get<Index>(Record::Columns()).name, [](std::string& out, const Record& record) {
-             AppendJson(out, record.*std::get<Index>(Record::Columns()).member);
-         }}...};
-    // As JSON values keep their members.
-    std::sort(members.begin(), members.end(),
-              [](const auto& a, const auto& b) { return a.name < b.name; });
-    return members;
+/// What stands in front of a member's value, such as {"date": or ,"host": in that order.
+template <class Record>
+std::vector<std::string> MemberBeginnings() {
+    const std::vector<std::string> names = record::ColumnNames<Record>();
+    std::vector<std::string> beginnings;
+    for (const std::size_t column : ColumnsByName<Record>()) {
+        // Nothing in a column's name needs an escape.
+        beginnings.push_back((beginnings.empty() ? "{\"" : ",\"") + names[column] + "\":");
+    }
+    return beginnings;
+}
+
+template <class Record, std::size_t... Place>
+void AppendMembers(std::string& out, const record::RowView<Record>& row,
+                   std::index_sequence<Place...> /*members*/) {
+    static const std::vector<std::string> beginnings = MemberBeginnings<Record>();
+    constexpr auto kOrder = ColumnsByName<Record>();
+    ((out += beginnings[Place], AppendJson(out, row.template Get<kOrder[Place]>())), ...);
 }
 
 }  // namespace internal
 
 template <class Record>
-void JsonWriter::WriteRecord(const Record& record) {
-    using Columns = decltype(Record::Columns());
-    static const auto members =
-        internal::JsonMembers<Record>(std::make_index_sequence<std::tuple_size_v<Columns>>());
+void JsonWriter::WriteRow(const record::RowView<Record>& row) {
     text_.clear();
-    char separator = '{';
-    for (const auto& member : members) {
-        text_ += separator;
-        separator = ',';
-        text_ += '"';
-        text_ += member.name;  // nothing in a column's name needs an escape
-        text_ += "\":";
-        member.append(text_, record);
-    }
+    internal::AppendMembers(text_, row, std::make_index_sequence<record::kColumnCount<Record>>());
     text_ += '}';
-    WriteText(text_);
+    WriteText();
 }
 
 }  // namespace serverlog::program

@@ -75,7 +75,7 @@ class Follower {
         {
             // No row may be in neither or both of the two reads.
             const Transaction picture(Session(), Transaction::Use::kRead);
-            rows_->ForEach([&](const Record& record) {
+            rows_->ForEachRecord([&](const Record& record) {
                 if (selection_.ascending) {
                     writer_.Write(record);
                 } else {

@@ -32,9 +32,9 @@ const std::vector<TableColumn>& TableColumns(const SecurityStore& /*store*/) {
     return columns;
 }
 
-std::string StatusWord(std::int32_t status) {
+std::string_view StatusWord(std::int32_t status) {
     const auto index = static_cast<std::size_t>(status);
-    return index < std::size(kStatusWords) ? kStatusWords[index] : std::to_string(status);
+    return index < std::size(kStatusWords) ? kStatusWords[index] : std::string_view();
 }
 
 }  // namespace serverlog::program

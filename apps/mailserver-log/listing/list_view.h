@@ -1,6 +1,7 @@
 #pragma once
 
 #include <mailserver-log/record/columns.h>
+#include <mailserver-log/record/row_view.h>
 #include <mailserver-log/utils/time_text.h>
 
 #include <charconv>
@@ -26,30 +27,21 @@ const std::vector<TableColumn>& TableColumns(const AdminStore& store);
 const std::vector<TableColumn>& TableColumns(const MailStore& store);
 const std::vector<TableColumn>& TableColumns(const SecurityStore& store);
 
-/// The word of a mail's status, its number where it has none.
-std::string StatusWord(std::int32_t status);
+/// The word of a mail's status; empty where it has none.
+std::string_view StatusWord(std::int32_t status);
 
-/// The cells of a store's records as a person reads them: the date as local time, the status of a
-/// mail as its word. Texts are handed on as they lie in the record, without a copy.
+/// The cells of a store's rows as a person reads them: the date as local time, the status of a mail
+/// as its word, or its number where it has none. Texts are handed on from where they lie, without a
+/// copy.
 template <class Record>
 class ReadableCells {
  public:
     /// Calls `visit(cell)` with each cell, one a column in the record's order; a cell is valid
     /// during the call.
     template <class Visit>
-    void ForEach(const Record& record, Visit visit) {
-        record::ForEachColumn<Record>([&](const auto& column) {
-            using Member = decltype(column.member);
-            if (IsMember(column.member, &Record::date)) {
-                visit(Date(static_cast<std::time_t>(record.date)));
-            } else if constexpr (std::is_same_v<Member, std::string Record::*>) {
-                visit(std::string_view(record.*column.member));
-            } else if constexpr (std::is_same_v<Member, Json::Value Record::*>) {
-                visit(std::string_view(record::internal::WriteText(record.*column.member)));
-            } else {
-                visit(Number(record, column.member));
-            }
-        });
+    void ForEach(const record::RowView<Record>& row, Visit visit) {
+        row.ForEach(
+            [&](const auto& column, const auto& value) { visit(Cell(column.member, value)); });
     }
 
  private:
@@ -62,20 +54,32 @@ class ReadableCells {
         }
     }
 
+    std::string_view Cell(std::string Record::* /*member*/, std::string_view value) const {
+        return value;
+    }
+
+    std::string_view Cell(Json::Value Record::* /*member*/, const Json::Value& value) {
+        return text_ = record::internal::WriteText(value);
+    }
+
+    template <class Value>
+    std::string_view Cell(Value Record::*member, Value value) {
+        if (IsMember(member, &Record::date)) {
+            return Date(static_cast<std::time_t>(value));
+        }
+        if constexpr (std::is_same_v<Record, record::MailLog>) {
+            if (member == &record::MailLog::status) {
+                const std::string_view word = StatusWord(value);
+                return word.empty() ? Decimal(value) : word;
+            }
+        }
+        return Decimal(value);
+    }
+
     // Its number where it has no date in the calendar.
     std::string_view Date(std::time_t time) {
         const std::string_view text = times_.Of(time);
         return text.empty() ? Decimal(time) : text;
-    }
-
-    template <class Value>
-    std::string_view Number(const Record& record, Value Record::*member) {
-        if constexpr (std::is_same_v<Record, record::MailLog>) {
-            if (member == &record::MailLog::status) {
-                return text_ = StatusWord(record.status);
-            }
-        }
-        return Decimal(record.*member);
     }
 
     template <class Value>

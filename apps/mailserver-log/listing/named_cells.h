@@ -1,6 +1,7 @@
 #pragma once
 
 #include <mailserver-log/record/columns.h>
+#include <mailserver-log/record/row_view.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -27,10 +28,10 @@ class NamedCells {
         }
     }
 
-    /// The record's cells of these columns.
-    std::vector<std::string> Of(const typename Store::Record& record) {
+    /// The row's cells of these columns.
+    std::vector<std::string> Of(const record::RowView<typename Store::Record>& row) {
         std::vector<std::string> all;
-        readable_.ForEach(record, [&all](std::string_view cell) { all.emplace_back(cell); });
+        readable_.ForEach(row, [&all](std::string_view cell) { all.emplace_back(cell); });
         std::vector<std::string> cells;
         cells.reserve(indices_.size());
         for (const std::size_t index : indices_) {

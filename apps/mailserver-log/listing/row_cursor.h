@@ -18,13 +18,11 @@ struct RowOrder {
     int limit = -1;  ///< -1 for all
 };
 
-/// Reads rows of an open store one by one. Store is a class of stores.h. Memory does not grow with
-/// the rows.
-template <class Store>
+/// Reads rows of an open store one by one. Store is a class of stores.h; Fetched is what a row is
+/// read into, the store's record or a view of the row. Memory does not grow with the rows.
+template <class Store, class Fetched = typename Store::Record>
 class RowCursor {
  public:
-    using Record = typename Store::Record;
-
     /// @param store    must outlive this object, and so must what is attached to it
     /// @param order    its columns are put into SQL as they are, and so are constants
     /// @param schemas  where to look
@@ -33,7 +31,7 @@ class RowCursor {
     RowCursor(typename Store::DB& store, const merodbquery::Condition& condition,
               const RowOrder& order, const std::vector<std::string>& schemas)
         : query_(store.MainTable().UnionStepList(condition, "", "", order.offset, order.limit,
-                                                 schemas, record_)) {
+                                                 schemas, row_)) {
         for (const std::string& column : order.columns) {
             query_.OrderBy(column, order.ascending ? db::UnionBase::ASC : db::UnionBase::DESC);
         }
@@ -55,10 +53,10 @@ class RowCursor {
     }
 
     /// The row that Next went to.
-    const Record& Row() const { return record_; }
+    const Fetched& Row() const { return row_; }
 
  private:
-    Record record_;  // the query fills it
+    Fetched row_;  // the query fills it
     db::UnionAllSelectQuery query_;
 };
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <mailserver-log/record/columns.h>
+#include <mailserver-log/record/row_view.h>
+
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -48,12 +51,25 @@ class SelectedRows {
     /// The store itself; valid as long as this object.
     typename Store::DB& Opened() { return store_.Get(); }
 
-    /// Calls `visit(record)` for each row until that returns false. Memory does not grow with the
-    /// rows. Throws Failure if they can't be read to the end; `visit` must not throw.
+    ///@{
+    /// Calls `visit(row)` for each row, with a view of it or a record, until that returns false.
+    /// Memory does not grow with the rows. Throws Failure if they can't be read to the end; `visit`
+    /// must not throw.
     template <class Visit>
     void ForEach(Visit visit) {
+        Read<record::RowView<Record>>(visit);
+    }
+    template <class Visit>
+    void ForEachRecord(Visit visit) {
+        Read<Record>(visit);
+    }
+    ///@}
+
+ private:
+    template <class Fetched, class Visit>
+    void Read(Visit& visit) {
         ReadGuarded(path_, [&] {
-            RowCursor<Store> rows(
+            RowCursor<Store, Fetched> rows(
                 store_.Get(), condition_,
                 {{selection_.sort}, selection_.ascending, selection_.offset, selection_.limit},
                 store_.Get().Schemas());
@@ -65,7 +81,6 @@ class SelectedRows {
         });
     }
 
- private:
     static merodbquery::Condition CheckedCondition(const Selection& selection) {
         CheckSort(selection, record::ColumnNames<Record>());
         return StoreCondition<Store>(selection);

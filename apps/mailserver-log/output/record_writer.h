@@ -1,6 +1,7 @@
 #pragma once
 
 #include <mailserver-log/record/columns.h>
+#include <mailserver-log/record/row_view.h>
 
 #include <memory>
 #include <ostream>
@@ -16,14 +17,15 @@
 
 namespace serverlog::program {
 
-/// Writes the records of a store one by one in some format.
+/// Writes the rows of a store one by one in some format. A record is written as well: it becomes a
+/// view of itself.
 template <class Store>
 class RecordWriter {
  public:
-    using Record = typename Store::Record;
+    using Row = record::RowView<typename Store::Record>;
 
     virtual ~RecordWriter() = default;
-    virtual void Write(const Record& record) = 0;
+    virtual void Write(const Row& row) = 0;
 
     /// Hands on what is held back, when no record may come for a while.
     virtual void Flush() {}
@@ -37,7 +39,7 @@ template <class Store>
 class JsonRecordWriter : public RecordWriter<Store> {
  public:
     JsonRecordWriter(std::ostream& out, JsonWriter::Form form) : json_(out, form) {}
-    void Write(const typename Store::Record& record) override { json_.WriteRecord(record); }
+    void Write(const typename RecordWriter<Store>::Row& row) override { json_.WriteRow(row); }
     void Finish() override { json_.Finish(); }
 
  private:
@@ -51,8 +53,8 @@ class CsvRecordWriter : public RecordWriter<Store> {
     explicit CsvRecordWriter(std::ostream& out) : csv_(out) {
         csv_.Write(record::ColumnNames<typename Store::Record>());
     }
-    void Write(const typename Store::Record& record) override {
-        cells_.ForEach(record, [this](std::string_view cell) { csv_.Add(cell); });
+    void Write(const typename RecordWriter<Store>::Row& row) override {
+        cells_.ForEach(row, [this](std::string_view cell) { csv_.Add(cell); });
         csv_.EndRow();
     }
 
@@ -67,7 +69,9 @@ class TableRecordWriter : public RecordWriter<Store> {
  public:
     TableRecordWriter(std::ostream& out, TableWriter::Style style)
         : table_(out, Headings(), style), cells_(Columns()) {}
-    void Write(const typename Store::Record& record) override { table_.Write(cells_.Of(record)); }
+    void Write(const typename RecordWriter<Store>::Row& row) override {
+        table_.Write(cells_.Of(row));
+    }
     void Flush() override { table_.Flush(); }
     void Finish() override { table_.Finish(); }
 

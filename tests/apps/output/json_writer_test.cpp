@@ -34,7 +34,7 @@ void ExpectAsByValue(const Record& record) {
     std::ostringstream direct;
     std::ostringstream by_value;
     for (const auto form : {JsonWriter::Form::kLines, JsonWriter::Form::kArray}) {
-        JsonWriter(direct, form).WriteRecord(record);
+        JsonWriter(direct, form).WriteRow(record::RowView(record));
         JsonWriter(by_value, form).Write(record::ToJson(record));
     }
     EXPECT_EQ(direct.str(), by_value.str());
