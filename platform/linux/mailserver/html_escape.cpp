@@ -1,10 +1,12 @@
 #include "mailserver/html_escape.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 
 namespace {
 
-const char* Entity(char character) {
+constexpr const char* Entity(char character) {
     switch (character) {
         case '&':
             return "&amp;";
@@ -21,6 +23,19 @@ const char* Entity(char character) {
     }
 }
 
+// Looked up by the byte: most bytes are none of the five.
+constexpr std::array<bool, 256> kEscaped = [] {
+    std::array<bool, 256> escaped = {};
+    for (std::size_t byte = 0; byte < escaped.size(); ++byte) {
+        escaped[byte] = Entity(static_cast<char>(byte)) != nullptr;
+    }
+    return escaped;
+}();
+
+bool IsEscaped(char character) {
+    return kEscaped[static_cast<unsigned char>(character)];
+}
+
 }  // namespace
 
 std::string HtmlStrEscape(const std::string& text) {
@@ -29,8 +44,7 @@ std::string HtmlStrEscape(const std::string& text) {
     // Most texts hold none of the five and are copied as they are.
     auto begin = text.begin();
     while (true) {
-        const auto found =
-            std::find_if(begin, text.end(), [](char c) { return Entity(c) != nullptr; });
+        const auto found = std::find_if(begin, text.end(), IsEscaped);
         escaped.append(begin, found);
         if (found == text.end()) {
             return escaped;

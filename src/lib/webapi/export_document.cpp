@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace serverlog::webapi::internal {
 
@@ -25,7 +26,22 @@ void Flush() {
     }
 }
 
+std::vector<std::string> Frames(const ExportLayout& layout) {
+    std::vector<std::string> frames;
+    std::string frame = "<tr>\n";
+    for (std::size_t i = 0; i < layout.column_count; ++i) {
+        frame += layout.columns[i].cell_begin;
+        frames.push_back(std::move(frame));
+        frame = layout.columns[i].cell_end;
+    }
+    frames.push_back(frame + "</tr>\n");
+    return frames;
+}
+
 }  // namespace
+
+ExportDocument::ExportDocument(const ExportLayout& layout, const ExportTexts& texts)
+    : layout_(layout), texts_(texts), frames_(Frames(layout)) {}
 
 void ExportDocument::Begin() {
     const std::string title = Text(layout_.title);
@@ -46,19 +62,10 @@ void ExportDocument::Begin() {
     Write("</tr>\n");
 }
 
-void ExportDocument::Cell(std::string_view value) {
-    if (cells_ == 0) {
-        row_ = "<tr>\n";
-    }
-    const ExportColumn& column = layout_.columns[cells_++];
-    row_ += column.cell_begin;
-    row_ += value;
-    row_ += column.cell_end;
-}
-
 void ExportDocument::EndRow() {
-    row_ += "</tr>\n";
+    row_ += frames_[cells_];
     Write(row_);
+    row_.clear();
     cells_ = 0;
     if (layout_.flushes_rows) {
         Flush();

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace serverlog::webapi::internal {
 
@@ -26,8 +27,8 @@ struct TextKey {
 /// One column of a document: its heading, and what stands around the value of each cell.
 struct ExportColumn {
     TextKey label;
-    const char* cell_begin;
-    const char* cell_end;
+    std::string_view cell_begin;
+    std::string_view cell_end;
     /// Follows the heading without a blank, if it has a key.
     TextKey second_label = {nullptr, nullptr};
 };
@@ -50,14 +51,16 @@ struct ExportLayout {
 class ExportDocument {
  public:
     /// Both parameters must outlive this object.
-    ExportDocument(const ExportLayout& layout, const ExportTexts& texts)
-        : layout_(layout), texts_(texts) {}
+    ExportDocument(const ExportLayout& layout, const ExportTexts& texts);
 
     /// Writes all that stands before the rows.
     void Begin();
 
     /// Adds the next cell of a row, written as it is.
-    void Cell(std::string_view value);
+    void Cell(std::string_view value) {
+        row_ += frames_[cells_++];
+        row_ += value;
+    }
 
     /// Writes the row of as many cells as there are columns.
     void EndRow();
@@ -71,6 +74,9 @@ class ExportDocument {
 
     const ExportLayout& layout_;
     const ExportTexts& texts_;
+    // What stands before the value of each cell and, at the end, behind the last one: so a row of
+    // ten cells is put together from 21 pieces and not from 32.
+    std::vector<std::string> frames_;
     // One write a row, and no memory of its own for any cell.
     std::string row_;
     std::size_t cells_ = 0;
