@@ -7,7 +7,8 @@ bool HasConnections();
 
 /// Waits at standard input for connections, and returns for each in a process of its own, which has
 /// the connection as standard input and output. So a request has all to itself, as under CGI, but
-/// its process need not be loaded: that takes more than half of the time of a short list.
+/// its process need not be loaded: that takes more than half of the time of a short list. The next
+/// connection is taken as soon as the process before has ended or runs for a tenth of a second.
 ///
 /// Never returns in the process that waits. That ends by a signal, and when the program that
 /// started it ends.
