@@ -22,6 +22,8 @@ TEST(Time, TextIsLocalTime) {
         {kSummerTimeZone, 1774745999, "2026-03-29 01:59:59"},
         {kSummerTimeZone, 1774746000, "2026-03-29 03:00:00"},
         {"UTC", 4102444800, "2100-01-01 00:00:00"},
+        {"UTC", 253402300799, "9999-12-31 23:59:59"},
+        {"UTC", 253402300800, "10000-01-01 00:00:00"},
     };
     for (const auto& [zone, time, text] : rows) {
         test::SetZone(zone);
