@@ -6,6 +6,8 @@
 #include <set>
 #include <string>
 
+#include "log/adminlog/toolkit/comparing.h"
+
 namespace {
 
 using namespace serverlog::log::adminlog;
@@ -63,6 +65,52 @@ TEST(OperationsTest, TemplatesAreFitForTheLine) {
             }
         }
     }
+}
+
+// Whoever adds an operation or takes one away changes these on purpose; a row lost in a merge does
+// not.
+TEST(OperationsTest, TheTableIsWhole) {
+    int without_info = 0;
+    int without_diff = 0;
+    int with_default_diff = 0;
+    for (auto const& [key, factory] : Factories()) {
+        LoggerConfig const config = factory();
+        without_info += config.info ? 0 : 1;
+        without_diff += config.diff ? 0 : 1;
+        auto const* diff = config.diff.target<decltype(&DefaultDiff)>();
+        with_default_diff += diff != nullptr && *diff == &DefaultDiff ? 1 : 0;
+    }
+    EXPECT_EQ(Factories().size(), 145U);
+    EXPECT_EQ(without_info, 47);
+    EXPECT_EQ(without_diff, 102);
+    EXPECT_EQ(with_default_diff, 20);
+}
+
+TEST(OperationsTest, ThreeOperationsHaveAFixedText) {
+    std::set<std::string> fixed;
+    for (auto const& [key, factory] : Factories()) {
+        if (!factory().translate) {
+            fixed.insert(key);
+        }
+    }
+    std::set<std::string> const expected = {"Webapi_Log_ImportCA", "Webapi_Queue_DeleteAll",
+                                            "Webapi_Queue_FlushAll"};
+    EXPECT_EQ(fixed, expected);
+}
+
+TEST(OperationsTest, TwoOperationsHaveTwoTabs) {
+    std::map<std::string, std::vector<int>> twofold;
+    for (auto const& [key, factory] : Factories()) {
+        LoggerConfig const config = factory();
+        if (config.tabs.size() != 1) {
+            for (TabLog const& tab : config.tabs) {
+                twofold[key].push_back(tab.tab_type);
+            }
+        }
+    }
+    std::map<std::string, std::vector<int>> const expected = {
+        {"Webapi_Domain_Setting_Set", {21, 26}}, {"Webapi_Domain_User_Add_Members", {22, 23}}};
+    EXPECT_EQ(twofold, expected);
 }
 
 }  // namespace
