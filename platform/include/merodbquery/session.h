@@ -11,7 +11,7 @@ class Connection;
 
 /// A statement that stays prepared from run to run.
 struct KeptStatement {
-    soci::statement statement;
+    soci::statement statement;  ///< prepared
     /// What is bound to it, so that whoever comes again with the same need not bind it again:
     /// inserting a row takes a seventh longer when its columns are bound anew, by their names.
     std::shared_ptr<const void> bound;

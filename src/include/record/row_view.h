@@ -15,21 +15,26 @@ namespace serverlog::record {
 
 namespace internal {
 
-/// What a view has in place of a member.
+/// What a view has in place of a member: the same.
 template <class Value>
 struct Viewed {
-    using Type = Value;
-};
-template <>
-struct Viewed<std::string> {
-    using Type = std::string_view;
+    using Type = Value;  ///< of the view
 };
 
+/// A text stays where it lies.
+template <>
+struct Viewed<std::string> {
+    using Type = std::string_view;  ///< of the view
+};
+
+/// What a view has in place of all members.
 template <class Columns>
 struct ViewedColumns;
+
+/// Taken from the record's list of columns.
 template <class Record, class... Value>
 struct ViewedColumns<std::tuple<Column<Record, Value>...>> {
-    using Type = std::tuple<typename Viewed<Value>::Type...>;
+    using Type = std::tuple<typename Viewed<Value>::Type...>;  ///< one value a column
 };
 
 }  // namespace internal

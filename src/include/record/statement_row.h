@@ -43,10 +43,10 @@ class MAILSERVER_LOG_EXPORT StatementRow {
     /// Has the parameters take new values. What was bound before stays where it is not replaced.
     void BeginBinding();
 
-    /// Where a column stands, counted from 0 over the whole statement, and its declared type.
+    /// Where a column stands.
     struct Place {
-        int column;
-        soci::data_type type;
+        int column;            ///< counted from 0 over the whole statement
+        soci::data_type type;  ///< as it was declared
     };
 
     /// Where one of the record's columns stands.

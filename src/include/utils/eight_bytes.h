@@ -15,6 +15,7 @@ namespace serverlog::utils {
 /// may be marked by mistake, since the arithmetic carries; so it only counts whether any is.
 class EightBytes {
  public:
+    /// Takes the eight bytes from there on.
     explicit EightBytes(const char* bytes) { std::memcpy(&word_, bytes, sizeof word_); }
 
     /// Those that are `c`, a character of ASCII.

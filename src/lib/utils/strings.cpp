@@ -132,8 +132,8 @@ std::string AddressToUtf8(const std::string& address) {
 
 namespace {
 
-// SizeToKb for 0 to below 1,000 KB, which most mails have: a sixth of the time. Beyond, a tie of the
-// rounding may reach the digit that is kept, and the number its exponent.
+// SizeToKb for 0 to below 1,000 KB, which most mails have: a sixth of the time. Beyond, a tie of
+// the rounding may reach the digit that is kept, and the number its exponent.
 std::string SmallSizeToKb(int bytes) {
     const int whole = bytes / 1024;
     const int scale = whole < 10 ? 100'000 : whole < 100 ? 10'000 : 1'000;  // six digits in all
