@@ -1,13 +1,12 @@
 #include "trace/trace_writer.h"
 
-#include <mailserver-log/record/columns.h>
-
 #include <utility>
 #include <vector>
 
 #include "listing/named_cells.h"
 #include "output/json_writer.h"
 #include "stores/stores.h"
+#include "trace/trace_json.h"
 
 namespace serverlog::program {
 
@@ -35,18 +34,11 @@ constexpr Column kColumns[] = {
 class JsonTraceWriter : public TraceWriter {
  public:
     explicit JsonTraceWriter(std::ostream& out) : json_(out, JsonWriter::Form::kArray) {}
-    void Write(const record::MailLog& row) override { WriteRow<MailStore>(row); }
-    void Write(const record::SecurityLog& row) override { WriteRow<SecurityStore>(row); }
+    void Write(const record::MailLog& row) override { json_.Write(TraceJson(row)); }
+    void Write(const record::SecurityLog& row) override { json_.Write(TraceJson(row)); }
     void Finish() override { json_.Finish(); }
 
  private:
-    template <class Store>
-    void WriteRow(const typename Store::Record& row) {
-        Json::Value value = record::ToJson(row);
-        value["store"] = Store::kName;
-        json_.Write(value);
-    }
-
     JsonWriter json_;
 };
 

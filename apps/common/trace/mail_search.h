@@ -23,7 +23,7 @@ class MailSearch {
     MailSearch(TraceStore<MailStore>& store, const merodbquery::Condition& times)
         : store_(store), times_(times) {}
 
-    /// Throws Failure if a file can't be read or there are too many mails.
+    /// Throws Failure if a file can't be read, TooManyMails if there are too many.
     FoundMails Find(const TraceTarget& target);
 
  private:

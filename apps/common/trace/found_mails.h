@@ -11,10 +11,17 @@
 #include <string>
 #include <vector>
 
+#include "process/failure.h"
 #include "trace/date_span.h"
 #include "trace/queue_id.h"
 
 namespace serverlog::program {
+
+/// An id belongs to more mails than one search takes. A shorter time has fewer.
+class TooManyMails : public Failure {
+ public:
+    using Failure::Failure;
+};
 
 /// The mails that were found by an id, and what is known of them for finding more.
 ///
@@ -24,8 +31,8 @@ namespace serverlog::program {
 /// last one.
 class FoundMails {
  public:
-    /// Adds a row; one that was added before changes nothing. Throws Failure when that makes too
-    /// many mails for one search.
+    /// Adds a row; one that was added before changes nothing. Throws TooManyMails when that makes
+    /// too many.
     void Add(const record::MailLog& row);
 
     /// Adds a queue id of one of these mails, which had it on that date.

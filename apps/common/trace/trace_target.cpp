@@ -2,8 +2,8 @@
 
 #include <mailserver/convert_to_utf8.h>
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
+#include <stdexcept>
 #include <string_view>
 
 #include "trace/any_of.h"
@@ -28,7 +28,7 @@ std::string InSmallLetters(std::string text) {
 TraceTarget::TraceTarget(const std::string& text)
     : text_(WithoutBrackets(text)), addresses_({text_}) {
     if (text_.empty()) {
-        throw CLI::ValidationError("WHAT", "is empty; give a queue id, message id or address");
+        throw std::invalid_argument("is empty; give a queue id, message id or address");
     }
     // The index that finds addresses tells letters from capitals.
     AddAddress(InSmallLetters(text_));

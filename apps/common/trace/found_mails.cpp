@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <string_view>
 
-#include "process/failure.h"
 #include "trace/brackets.h"
 #include "trace/words.h"
 
@@ -50,8 +49,7 @@ void FoundMails::Add(const record::MailLog& row) {
     AddQueueId(queue_id, row.date);
     Insert(ids_, message_id);
     if (mails_.size() + nameless_.size() > kMostMails) {
-        throw Failure("more than " + std::to_string(kMostMails) +
-                      " mails had this id; narrow it down with --since and --until");
+        throw TooManyMails("more than " + std::to_string(kMostMails) + " mails had this id");
     }
 }
 

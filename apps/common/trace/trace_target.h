@@ -14,7 +14,8 @@ class TraceTarget {
     /// @param text  with or without angle brackets around it; each of its characters stands for
     ///              itself
     ///
-    /// Throws CLI::ValidationError for a text that is empty but for the brackets.
+    /// Throws std::invalid_argument, whose text is fit for a person behind the name of what it was
+    /// given as, for one that is empty but for the brackets.
     explicit TraceTarget(const std::string& text);
 
     const std::string& Text() const { return text_; }
