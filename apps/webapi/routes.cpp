@@ -19,6 +19,7 @@
 #include "settings_method.h"
 #include "statistic_method.h"
 #include "token_method.h"
+#include "trace_method.h"
 
 namespace serverlog::endpoint {
 
@@ -42,6 +43,7 @@ constexpr OwnMethod kOwnMethods[] = {
      RunLogMethod<db::MailLogDB, webapi::emaillog::List>},
     {"MERO.PostCubeServer.Log.Mail", "export", true,
      RunLogMethod<db::MailLogDB, webapi::emaillog::Export>},
+    {"MERO.PostCubeServer.Log.Mail", "trace", false, GetTrace},
     {"MERO.PostCubeServer.Log.Security", "list", false,
      RunLogMethod<db::SecurityLogDB, webapi::securitylog::List>},
     {"MERO.PostCubeServer.Log.Security", "export", true,

@@ -1,9 +1,8 @@
 #include "statistic_method.h"
 
 #include <algorithm>
-#include <charconv>
 
-#include "api_error.h"
+#include "read_params.h"
 #include "statistics/statistic_rows.h"
 
 namespace serverlog::endpoint {
@@ -14,36 +13,15 @@ using program::StatisticRow;
 using program::TimeRange;
 using Scales = std::vector<std::string>;
 
-[[noreturn]] void Refuse(const std::string& key) {
-    throw ApiError(kBadRequest, HttpStatus::kBadRequest, "the parameter " + key + " is unusable");
-}
-
 std::string Scale(const MERO::APIRequest& request, const Scales& scales) {
     const auto scale = request.GetAndCheckString("scale", MERO::PARAM_OPTIONAL, nullptr);
     if (!scale.IsSet()) {
         return "day";
     }
     if (std::find(scales.begin(), scales.end(), scale.Get()) == scales.end()) {
-        Refuse("scale");
+        RefuseParam("scale");
     }
     return scale.Get();
-}
-
-// A number, or its text where the request has no types. Seconds outgrow an int.
-void ReadTime(const MERO::APIRequest& request, const char* key, std::int64_t& time) {
-    const Json::Value& value = request.GetParams()[key];
-    if (value.isInt64()) {
-        time = value.asInt64();
-    } else if (value.isString()) {
-        const std::string text = value.asString();
-        const char* const end = text.data() + text.size();
-        const auto [rest, error] = std::from_chars(text.data(), end, time);
-        if (rest != end || error != std::errc()) {
-            Refuse(key);
-        }
-    } else if (!value.isNull()) {
-        Refuse(key);
-    }
 }
 
 Json::Value GroupedByKind(const std::vector<StatisticRow>& rows, Json::Value data) {
@@ -63,8 +41,8 @@ using Reader = std::vector<StatisticRow> (*)(const std::string& scale, const Tim
 void Get(Call& call, const Scales& scales, Reader read, const Scales& kinds) {
     const std::string scale = Scale(call.request, scales);
     TimeRange range;
-    ReadTime(call.request, "time_from", range.from);
-    ReadTime(call.request, "time_to", range.to);
+    range.from = ReadTime(call.request, "time_from").value_or(range.from);
+    range.to = ReadTime(call.request, "time_to").value_or(range.to);
     Json::Value data;
     for (const std::string& kind : kinds) {
         data[kind] = Json::arrayValue;

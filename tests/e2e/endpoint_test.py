@@ -453,6 +453,61 @@ class EndpointTest(unittest.TestCase):
                 self.assertEqual((reply.status, reply.code()), (500, 117))
         self.assertTrue(any("Log_API" in line for line in self.log.lines()))
 
+    # ---- Traces ----
+
+    def trace(self, **params):
+        """The subjects of the rows that a trace tells, and whether there are more."""
+        data = self.get(MAIL_LOG, "trace", **params).json()["data"]
+        return [row["subject"] for row in data["rows"]], data["more"]
+
+    def test_a_trace_tells_all_about_a_mail(self):
+        mail = {"queue_id": "B2", "message_id": "<m@x>", "mail_from": "a@x"}
+        load("mail", [{**mail, "subject": "first", "mail_to": "b@y", "size": 7, "date": 1000}])
+        program("rotate", "mail")
+        load("mail", [{**mail, "subject": "last", "mail_to": "c@y", "date": 1002},
+                      {"subject": "other", "mail_to": "c@y", "date": 1003}])
+        load("security", [{"subject": "spf", "type": "spf", "sender": "a@x", "recipient": "b@y",
+                           "date": 1000},
+                          {"subject": "refused", "event": "R1: \u00fc", "date": 2000}])
+        whole = ["spf", "first", "last"]
+        for params, expected in (
+                ({"what": "B2"}, whole), ({"what": "m@x"}, whole), ({"what": "<m@x>"}, whole),
+                ({"what": "a@x"}, whole), ({"what": "c@y"}, ["last", "other"]),
+                ({"what": "R1"}, ["refused"]), ({"what": "nobody@x"}, []), ({"what": "b2"}, []),
+                ({"what": "B2", "time_from": 1001}, ["last"]),
+                ({"what": "B2", "time_from": 1000, "time_to": 1002}, ["spf", "first"]),
+                ({"what": "B2", "time_to": 1000}, []), ({"what": "B2", "limit": 3}, whole)):
+            with self.subTest(params=params):
+                self.assertEqual(self.trace(**params), (expected, False))
+        for limit in (1, 2):
+            self.assertEqual(self.trace(what="B2", limit=limit), (whole[:limit], True))
+        data = self.post(MAIL_LOG, "trace", {}, what="B2", limit=2, time_from=1000).json()["data"]
+        self.assertEqual(data["rows"], json.loads(program("trace", "B2", "--format", "json"))[:2])
+        self.assertEqual(self.statements(), [])
+
+    def test_traces_that_cannot_be_told(self):
+        load("mail", [{"queue_id": "MANY", "message_id": f"{i}@x", "date": i} for i in range(1001)])
+        for params in ({}, {"what": ""}, {"what": "<>"}, {"what": "x", "limit": 0},
+                       {"what": "x", "limit": 10001}, {"what": "x", "limit": "many"},
+                       {"what": "x", "time_from": "now"}, {"what": "x", "time_to": ""},
+                       {"what": "MANY"}):
+            with self.subTest(params=params):
+                reply = self.get(MAIL_LOG, "trace", **params)
+                self.assertEqual((reply.status, reply.code()), (400, 101))
+        self.assertEqual(self.post(MAIL_LOG, "trace", {}, what=1).code(), 101)
+        rows, more = self.trace(what="MANY", time_from=1)
+        self.assertEqual((len(rows), more), (1000, False))
+
+        for store in ("aggr_mail_log.db", "aggr_security_log.db", "mail_events.db"):
+            with self.subTest(store):
+                empty(SPOOL)
+                self.log.lines()
+                (SPOOL / store).write_text("no database " * 100)
+                reply = self.get(MAIL_LOG, "trace", what="x")
+                self.assertEqual((reply.status, reply.code()), (500, 100))
+                self.assertTrue(any("a request failed: cannot" in line and store in line
+                                    for line in self.log.lines()))
+
     # ---- Statistics ----
 
     @unittest.skipUnless(SECOND_USER, "needs a second user: run the tests as root to have it")
