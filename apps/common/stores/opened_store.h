@@ -2,11 +2,9 @@
 
 #include <mailserver-log/db/provider.h>
 
-#include <chrono>
 #include <string>
 
 #include "process/failure.h"
-#include "stores/store_check.h"
 
 namespace serverlog::program {
 
@@ -27,13 +25,6 @@ class OpenedStore {
     DB& Get() { return db_; }
 
  private:
-    static constexpr std::chrono::seconds kPatience{60};
-
-    static const std::string& Checked(const std::string& path) {
-        CheckStore(path, kPatience);
-        return path;
-    }
-
     db::Provider provider_;  // outlives the store, whose link it removes
     DB db_;
 };
