@@ -32,7 +32,7 @@ MAIL_STORE = SPOOL / "aggr_mail_log.db"
 
 
 def command_of(process):
-    with contextlib.suppress(FileNotFoundError):
+    with contextlib.suppress(FileNotFoundError, ProcessLookupError):
         return pathlib.Path(f"/proc/{process}/cmdline").read_text()
     return ""
 
@@ -47,9 +47,11 @@ def mail_rows():
     if not MAIL_STORE.exists():
         return []
     with contextlib.closing(sqlite3.connect(MAIL_STORE, timeout=60)) as store:
-        tables = store.execute("SELECT name FROM sqlite_schema WHERE name = 'mail_log_table'")
-        return tables.fetchall() and store.execute(
-            "SELECT status, mail_to, subject FROM mail_log_table ORDER BY mail_to").fetchall()
+        try:
+            return store.execute(
+                "SELECT status, mail_to, subject FROM mail_log_table ORDER BY mail_to").fetchall()
+        except sqlite3.OperationalError:
+            return []  # its tables are only being made
 
 
 def log_mail(program, text):
@@ -166,6 +168,7 @@ class RsyslogTest(unittest.TestCase):
                              "delay=1, dsn=2.0.0, status=sent (250 Ok)")
             expected.append((0, f"{number}@example.com", subject))
             if number % 10 == 0:
+                wait_for(lambda: len(mail_rows()) >= len(expected), "the rows before")
                 collector = wait_for(lambda: self.collectors("--mail"), "a collector")
                 os.kill(collector.pop(), signal.SIGKILL)
         wait_for(lambda: len(mail_rows()) >= len(expected), "the rows")
