@@ -23,6 +23,7 @@ int KeepRow(void* rows, int count, char** texts, char** /*names*/) {
 std::vector<std::string> RunOnFile(const std::string& path, const std::string& sql) {
     sqlite3* handle = nullptr;
     sqlite3_open(path.c_str(), &handle);
+    sqlite3_busy_timeout(handle, 60'000);  // the program under test may read at this moment
     const std::unique_ptr<sqlite3, int (*)(sqlite3*)> closer(handle, sqlite3_close);
     std::vector<std::string> rows;
     if (sqlite3_exec(handle, sql.c_str(), KeepRow, &rows, nullptr) != SQLITE_OK) {
