@@ -8,10 +8,8 @@ namespace serverlog::program {
 
 /// Looks whether a store of the product can be opened now.
 ///
-/// Opening creates or upgrades it, and what breaks off in the middle can't always be taken up
-/// again: a store whose version can't be read for a lock counts as one without tables, and a first
-/// table that is made while the disk is full stands in the way of the next attempt. So this comes
-/// first.
+/// Opening creates or upgrades it, and waits a minute for a lock. A collector has to answer before
+/// that, and wants to know of a lock or a full disk by its name. So this comes first.
 ///
 /// @param path     the store, which may be missing
 /// @param patience how long to wait for a lock

@@ -49,11 +49,10 @@ class MAILSERVER_LOG_EXPORT StatementRow {
         soci::data_type type;  ///< as it was declared
     };
 
-    /// Where one of the record's columns stands.
+    /// Where one of the record's columns stands. Throws soci::soci_error if it is not there.
     ///
     /// @param index  the record's columns counted from 0; asked for in this order at first
     /// @param name   the column's name; of two columns with it the last counts, as in SOCI
-    /// @return soci::soci_error for a column that is not there
     Place ColumnAt(std::size_t index, const char* name) const {
         return index < places_.size() ? places_[index] : FindColumn(name);
     }
