@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <exception>
+#include <fstream>
 
 #include "support/check.h"
 #include "support/text_file.h"
@@ -72,6 +73,15 @@ void Child::AwaitWaitForLock() const {
 
 std::string InChild(const std::function<std::string()>& work) {
     return Child(work).Wait();
+}
+
+char StateOf(pid_t process) {
+    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+    std::string pid;
+    std::string name;
+    char state = '?';
+    file >> pid >> name >> state;
+    return state;
 }
 
 std::string InChildWithoutRights(const std::function<std::string()>& work) {

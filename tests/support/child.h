@@ -37,6 +37,10 @@ class Child {
 /// Child(work).Wait().
 std::string InChild(const std::function<std::string()>& work);
 
+/// The state of a process as proc(5) names it: 'S' when it sleeps, 'Z' when it is dead and nobody
+/// has waited for it. '?' when there is no such process.
+char StateOf(pid_t process);
+
 /// InChild, where the child is held to the owner and mode of files: see DropCapabilities.
 std::string InChildWithoutRights(const std::function<std::string()>& work);
 

@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "support/child.h"
@@ -128,16 +127,6 @@ TEST_F(SessionTest, DisconnectCreatesNothing) {
     EXPECT_FALSE(std::filesystem::exists(kPath));
 }
 
-// 'S' when the process sleeps (see proc(5)).
-char StateOf(pid_t process) {
-    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
-    std::string pid;
-    std::string name;
-    char state = '?';
-    file >> pid >> name >> state;
-    return state;
-}
-
 TEST_F(SessionTest, WaitsForAnotherProcess) {
     RunOnFile(kPath, "CREATE TABLE t(a)");
     const test::Signpost locked;
@@ -147,7 +136,7 @@ TEST_F(SessionTest, WaitsForAnotherProcess) {
             const test::StoreLock lock(kPath);
             locked.Show();
             start.Await();
-            while (StateOf(getppid()) != 'S') {
+            while (test::StateOf(getppid()) != 'S') {
             }
         }
         return std::string("released while the other slept");
