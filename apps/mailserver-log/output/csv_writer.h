@@ -1,5 +1,8 @@
 #pragma once
 
+#include <mailserver-log/utils/byte_block.h>
+#include <mailserver-log/utils/text_buffer.h>
+
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -20,12 +23,42 @@ class CsvWriter {
     void Write(const std::vector<std::string>& cells);
 
     /// Adds a cell to the row that EndRow writes.
-    void Add(std::string_view cell);
+    void Add(std::string_view cell) {
+        const bool quoted = utils::HasMarked(cell, [](const utils::ByteBlock& bytes) {
+            return bytes.Equal(',') | bytes.Equal('"') | bytes.Equal('\r') | bytes.Equal('\n');
+        });
+        if (quoted || IsFormula(cell)) {
+            AddGuarded(cell, quoted);
+            return;
+        }
+        char* const end = utils::TextBuffer::Copy(cell, row_.Room(cell.size() + 1));
+        *end = ',';
+        row_.EndAt(end + 1);
+    }
     void EndRow();
 
  private:
+    static bool IsFormula(std::string_view cell) {
+        if (cell.empty()) {
+            return false;
+        }
+        switch (cell.front()) {
+            case '=':
+            case '+':
+            case '-':
+            case '@':
+            case '\t':
+            case '\r':
+                return true;
+            default:
+                return false;
+        }
+    }
+
+    void AddGuarded(std::string_view cell, bool quoted);
+
     std::ostream& out_;
-    std::string row_;
+    utils::TextBuffer row_;
 };
 
 }  // namespace serverlog::program

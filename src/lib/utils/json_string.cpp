@@ -1,4 +1,3 @@
-#include <mailserver-log/utils/eight_bytes.h>
 #include <mailserver-log/utils/json_string.h>
 #include <unicode/utf8.h>
 
@@ -26,44 +25,40 @@ bool IsPlain(char c) {
     return kPlain[static_cast<unsigned char>(c)];
 }
 
-void AppendEscape(std::string& out, char c) {
+void AppendEscape(TextBuffer& out, char c) {
     constexpr std::string_view kEscaped = "\"\\\b\f\n\r\t";
     constexpr std::string_view kLetters = "\"\\bfnrt";
     if (const std::size_t found = kEscaped.find(c); found != std::string_view::npos) {
-        out += '\\';
-        out += kLetters[found];
+        out.Append('\\');
+        out.Append(kLetters[found]);
         return;
     }
     char text[8];
     std::snprintf(text, sizeof text, "\\u%04x", static_cast<unsigned>(c));
-    out += text;
+    out.Append(text);
 }
 
 // Adds the character that begins the text, which is no ASCII, and gives its length.
-std::size_t AppendCharacter(std::string& out, std::string_view text) {
+std::size_t AppendCharacter(TextBuffer& out, std::string_view text) {
     const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
     const auto size = static_cast<std::int64_t>(text.size());
     std::int64_t length = 0;
     UChar32 code = 0;
     U8_NEXT(bytes, length, size, code);
     const auto taken = static_cast<std::size_t>(length);
-    out += code < 0 ? kReplacement : text.substr(0, taken);
+    out.Append(code < 0 ? kReplacement : text.substr(0, taken));
     return taken;
 }
 
-bool IsAllPlain(std::string_view text) {
-    return !HasMarked(text, [](const EightBytes& bytes) {
-        return bytes.Below(' ') | bytes.Equal('"') | bytes.Equal('\\') | bytes.Beyond();
-    });
-}
+}  // namespace
 
-void AppendEscaped(std::string& out, std::string_view text) {
+void internal::AppendJsonEscaped(TextBuffer& out, std::string_view text) {
     while (!text.empty()) {
         std::size_t run = 0;
         while (run < text.size() && IsPlain(text[run])) {
             ++run;
         }
-        out += text.substr(0, run);
+        out.Append(text.substr(0, run));
         text.remove_prefix(run);
         if (text.empty()) {
             break;
@@ -76,18 +71,6 @@ void AppendEscaped(std::string& out, std::string_view text) {
         }
         text.remove_prefix(taken);
     }
-}
-
-}  // namespace
-
-void AppendJsonString(std::string& out, std::string_view text) {
-    out += '"';
-    if (IsAllPlain(text)) {
-        out += text;
-    } else {
-        AppendEscaped(out, text);
-    }
-    out += '"';
 }
 
 }  // namespace serverlog::utils

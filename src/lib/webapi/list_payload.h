@@ -2,6 +2,7 @@
 
 #include <json/value.h>
 #include <mailserver-log/utils/json_string.h>
+#include <mailserver-log/utils/text_buffer.h>
 
 #include <string>
 #include <string_view>
@@ -27,7 +28,7 @@ class ValueElement {
 /// An element of a list as text, at the end of another: 1 µs a row instead of 14 by way of a value.
 class TextElement {
  public:
-    explicit TextElement(std::string& text) : text_(text) {}
+    explicit TextElement(utils::TextBuffer& text) : text_(text) {}
 
     void Add(const char* name, std::string_view text) {
         AddName(name);
@@ -35,22 +36,21 @@ class TextElement {
     }
     void Add(const char* name, int number) {
         AddName(name);
-        text_ += std::to_string(number);
+        text_.AppendNumber(number);
     }
 
-    void End() { text_ += '}'; }
+    void End() { text_.Append('}'); }
 
  private:
     void AddName(const char* name) {
-        text_ += separator_;
-        separator_ = ',';
-        text_ += '"';
-        text_ += name;  // nothing in a name needs an escape
-        text_ += "\":";
+        text_.Append(separator_);
+        separator_ = ",\"";
+        text_.Append(name);  // nothing in a name needs an escape
+        text_.Append("\":");
     }
 
-    std::string& text_;
-    char separator_ = '{';
+    utils::TextBuffer& text_;
+    const char* separator_ = "{\"";
 };
 
 /// The payload of a list: "total", "offset" and "log_list".
@@ -77,17 +77,19 @@ Json::Value ListPayload(const Rows& rows, int offset, Describe describe) {
 /// The text that a writer makes of that payload, without blanks.
 template <class Rows, class Describe>
 std::string ListPayloadText(const Rows& rows, int offset, Describe describe) {
-    std::string text = "{\"log_list\":[";
+    utils::TextBuffer text;
+    text.Append("{\"log_list\":[");
     TimeFormat times;
     const char* separator = "";
     for (const auto& record : std::get<1>(rows)) {
-        text += separator;
+        text.Append(separator);
         separator = ",";
         TextElement element(text);
         describe(record, times, element);
         element.End();
     }
-    return text + "],\"offset\":" + std::to_string(static_cast<unsigned>(offset)) +
+    return std::string(text.Text()) +
+           "],\"offset\":" + std::to_string(static_cast<unsigned>(offset)) +
            ",\"total\":" + std::to_string(std::get<0>(rows)) + "}";
 }
 

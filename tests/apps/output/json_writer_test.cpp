@@ -11,9 +11,9 @@ namespace serverlog::program {
 namespace {
 
 std::string Written(const std::string& text) {
-    std::string out;
+    utils::TextBuffer out;
     utils::AppendJsonString(out, text);
-    return out;
+    return std::string(out.Text());
 }
 
 TEST(JsonWriter, WritesTextsAsAValueIsWritten) {

@@ -1,5 +1,5 @@
 #include <gtest/gtest.h>
-#include <mailserver-log/utils/eight_bytes.h>
+#include <mailserver-log/utils/byte_block.h>
 
 #include <string>
 
@@ -7,24 +7,22 @@ namespace serverlog::utils {
 namespace {
 
 // Every byte at every place of texts that are shorter and longer than a few steps.
-TEST(EightBytes, FindsAByteWhereverItStands) {
-    for (std::size_t size = 1; size < 28; ++size) {
+TEST(ByteBlock, FindsAByteWhereverItStands) {
+    for (std::size_t size = 1; size < 3 * ByteBlock::kSize + 2; ++size) {
         for (std::size_t place = 0; place < size; ++place) {
             for (int byte = 0; byte < 256; ++byte) {
                 std::string text(size, 'a');
                 text[place] = static_cast<char>(byte);
                 const auto has = [&text](auto mark) { return HasMarked(text, mark); };
-                EXPECT_EQ(has([](const EightBytes& bytes) { return bytes.Equal('"'); }),
-                          byte == '"')
+                EXPECT_EQ(has([](const ByteBlock& bytes) { return bytes.Equal('"'); }), byte == '"')
                     << size << " " << place << " " << byte;
-                EXPECT_EQ(has([](const EightBytes& bytes) { return bytes.Below(' '); }), byte < ' ')
-                    << size << " " << place << " " << byte;
-                EXPECT_EQ(has([](const EightBytes& bytes) { return bytes.Beyond(); }), byte >= 0x80)
+                EXPECT_EQ(has([](const ByteBlock& bytes) { return bytes.BelowOrBeyond(' '); }),
+                          byte < ' ' || byte >= 0x80)
                     << size << " " << place << " " << byte;
             }
         }
     }
-    EXPECT_FALSE(HasMarked("", [](const EightBytes& bytes) { return bytes.Below(' '); }));
+    EXPECT_FALSE(HasMarked("", [](const ByteBlock& bytes) { return bytes.BelowOrBeyond('~'); }));
 }
 
 }  // namespace
