@@ -90,7 +90,11 @@ inline void ReadColumn(const StatementRow& row, const ExchangedColumn& column,
         value = {};
         return;
     }
-    const auto* text = sqlite_api::sqlite3_column_text(row.Statement(), place.column);
+    // The value is asked for its text and its size: asking the statement for each would make it
+    // find, lock and check twice, a third of the instructions of reading. SQLite wants that the
+    // statement is in use by one thread at a time, and so it is.
+    auto* const column_value = sqlite_api::sqlite3_column_value(row.Statement(), place.column);
+    const auto* text = sqlite_api::sqlite3_value_text(column_value);
     if (text == nullptr) {
         if (!may_be_null && IsNull(row, place)) {
             RefuseNull();
@@ -98,7 +102,7 @@ inline void ReadColumn(const StatementRow& row, const ExchangedColumn& column,
         value = {};  // NULL, an empty blob, or no memory left for another form of the value
         return;
     }
-    const int size = sqlite_api::sqlite3_column_bytes(row.Statement(), place.column);
+    const int size = sqlite_api::sqlite3_value_bytes(column_value);
     value = {reinterpret_cast<const char*>(text), static_cast<std::size_t>(size)};
 }
 
