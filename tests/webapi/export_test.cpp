@@ -2,11 +2,13 @@
 #include <gtest/gtest.h>
 #include <mailserver-log/db/adminlog/admin_log_db.h>
 #include <mailserver-log/db/emaillog/mail_log_db.h>
+#include <mailserver-log/db/provider.h>
 #include <mailserver-log/db/securitylog/security_log_db.h>
 #include <mailserver-log/webapi/adminlog/export_v1.h>
 #include <mailserver-log/webapi/emaillog/export.h>
 #include <mailserver-log/webapi/securitylog/export.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -233,6 +235,35 @@ TEST_F(ExportTest, WritesTheMailLog) {
     }
 }
 
+TEST_F(ExportTest, EscapesEachCharacterOfMarkup) {
+    WriteTexts("enu", "");
+    const struct {
+        char character;
+        const char* escaped;
+    } rows[] = {{'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}, {'"', "&quot;"}, {'\'', "&#39;"}};
+    record::MailLog record;
+    for (const auto& row : rows) {
+        record.subject = std::string("a text ") + row.character + " of more than sixteen bytes";
+        test::AddRows<db::MailLogDB>(kSpool + "aggr_mail_log.db", {record});
+        EXPECT_NE(DocumentOf<emaillog::Export>("{}").find(std::string(">a text ") + row.escaped +
+                                                          " of more than sixteen bytes</td>"),
+                  std::string::npos)
+            << row.character;
+    }
+}
+
+TEST_F(ExportTest, WritesWhatAQueryFetchesIntoARecord) {
+    AddMailRows();
+    WriteTexts("enu", "");
+    db::Provider provider(kSpool + "aggr_mail_log.db");
+    auto store = provider.Get<db::MailLogDB>(true);
+    emaillog::Export method(Json::objectValue);
+    record::MailLog record;
+    db::UnionAllSelectQuery query = method.DbStepList(store, record);
+    EXPECT_EQ(StandardOutputOf([&] { method.ExportLog(query, record); }),
+              kMailHead + std::string(kFirstMail) + kEnd);
+}
+
 std::string SecurityDocument(const std::string& title, const std::string& labels) {
     return "Content-Type:application/octet-stream\n"
            "Content-Disposition:attachment; filename=\"merosecuritylog.html\"\n\n"
@@ -345,6 +376,23 @@ TEST_F(ExportTest, EndsWhenStandardOutputTakesNoMore) {
               }),
               result)
         << "a client that goes away";
+}
+
+TEST_F(ExportTest, WritesAsMuchOfARowAsThereIsRoomFor) {
+    AddMailRows();
+    WriteTexts("enu", "");
+    const std::string rows = kMailHead + std::string(kFirstMail) + kSecondMail;
+    for (const std::size_t missing : {1U, 40U}) {
+        const std::size_t room = rows.size() - missing;
+        EXPECT_EQ(
+            test::InChild([room] {
+                signal(SIGXFSZ, SIG_IGN);
+                const rlimit limit = {room, room};
+                setrlimit(RLIMIT_FSIZE, &limit);
+                return StandardOutputOf([] { RunAPIMethod<emaillog::Export>(Json::objectValue); });
+            }),
+            rows.substr(0, room));
+    }
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 #include <tuple>
+#include <type_traits>
 
 namespace serverlog::record {
 
@@ -26,6 +27,18 @@ template <>
 struct Viewed<std::string> {
     using Type = std::string_view;  ///< of the view
 };
+
+/// Which of a record's columns, counted from 0, belongs to a member.
+template <class Record, auto Member>
+constexpr std::size_t IndexOf() {
+    std::size_t found = kColumnCount<Record>;
+    ForEachIndexedColumn<Record>([&found](auto index, const auto& column) {
+        if constexpr (std::is_same_v<decltype(column.member), decltype(Member)>) {
+            found = column.member == Member ? index : found;
+        }
+    });
+    return found;
+}
 
 /// What a view has in place of all members.
 template <class Columns>
@@ -62,6 +75,12 @@ class MAILSERVER_LOG_EXPORT RowView {
     template <std::size_t Index>
     const auto& Get() const {
         return std::get<Index>(values_);
+    }
+
+    /// The value of the column of a member of the record.
+    template <auto Member>
+    const auto& Of() const {
+        return Get<internal::IndexOf<Record, Member>()>();
     }
 
     /// Calls `visit(column, value)` for each column, in order.

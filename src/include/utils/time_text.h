@@ -22,15 +22,19 @@ class MAILSERVER_LOG_EXPORT TimeText {
     std::string_view Of(std::time_t time);
 
     ///@{
-    /// The two words of such a text.
-    static std::string_view DateOf(std::string_view text) { return text.substr(0, Blank(text)); }
-    static std::string_view TimeOf(std::string_view text) { return text.substr(Blank(text) + 1); }
+    /// The two words of such a text. The time of day is the one whose length is known.
+    static std::string_view DateOf(std::string_view text) {
+        return text.substr(0, text.size() - kTimeOfDay - 1);
+    }
+    static std::string_view TimeOf(std::string_view text) {
+        return text.substr(text.size() - kTimeOfDay);
+    }
     ///@}
 
  private:
-    static std::size_t Blank(std::string_view text) { return text.find(' '); }
     bool Format(std::time_t time);
 
+    static constexpr std::size_t kTimeOfDay = sizeof "10:00:00" - 1;
     static constexpr int kMinute = 60;
 
     // The text of the last minute, and its first second. Offsets from UTC are whole minutes since

@@ -105,9 +105,10 @@ class MAILSERVER_LOG_EXPORT BaseDBQueryAPI : public BaseAPI {
 
     /// Prepares all rows that the request asks for, without a page, for reading one by one.
     ///
-    /// @param record  gets each row; must outlive the result, as `store` must
-    template <class DB>
-    db::UnionAllSelectQuery StepStore(DB& store, typename db::StoreTraits<DB>::Record& record);
+    /// @param row  gets each row, a record or a view of it; must outlive the result, as `store`
+    ///             must
+    template <class DB, class Row>
+    db::UnionAllSelectQuery StepStore(DB& store, Row& row);
 
     ///@{
     /// A parameter that all methods have, under its own name.

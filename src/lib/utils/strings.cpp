@@ -132,13 +132,20 @@ std::string AddressToUtf8(const std::string& address) {
 
 namespace {
 
-// SizeToKb for 0 to below 1,000 KB, which most mails have: a sixth of the time. Beyond, a tie of
+// SizeToKb for 0 to below 10,000 KB, which most mails have: a sixth of the time. Beyond, a tie of
 // the rounding may reach the digit that is kept, and the number its exponent.
+constexpr int kSmallSizes = 10'000 * 1024;
+
 std::string SmallSizeToKb(int bytes) {
-    const int whole = bytes / 1024;
-    const int scale = whole < 10 ? 100'000 : whole < 100 ? 10'000 : 1'000;  // six digits in all
-    const int behind_point = (bytes % 1024 * scale + 512) / 1024;
-    char text[8];
+    int whole = bytes / 1024;
+    // Six digits in all.
+    const int scale = whole < 10 ? 100'000 : whole < 100 ? 10'000 : whole < 1'000 ? 1'000 : 100;
+    int behind_point = (bytes % 1024 * scale + 512) / 1024;
+    if (behind_point == scale) {
+        ++whole;
+        behind_point = 0;
+    }
+    char text[10];
     char* end = std::to_chars(text, text + sizeof text, whole).ptr;
     if (behind_point > 0) {
         *end++ = '.';
@@ -152,7 +159,7 @@ std::string SmallSizeToKb(int bytes) {
 }  // namespace
 
 std::string SizeToKb(int bytes) {
-    if (bytes >= 0 && bytes < 1'000 * 1024) {
+    if (bytes >= 0 && bytes < kSmallSizes) {
         return SmallSizeToKb(bytes);
     }
     const float kilobytes = static_cast<float>(bytes) * 0.0009765625F;

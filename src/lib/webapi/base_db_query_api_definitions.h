@@ -23,16 +23,15 @@ BaseDBQueryAPI::Rows<DB> BaseDBQueryAPI::ListStore(const std::string& db_path,
     return rows;
 }
 
-template <class DB>
-db::UnionAllSelectQuery BaseDBQueryAPI::StepStore(DB& store,
-                                                  typename db::StoreTraits<DB>::Record& record) {
+template <class DB, class Row>
+db::UnionAllSelectQuery BaseDBQueryAPI::StepStore(DB& store, Row& row) {
     offset_ = 0;
     limit_ = -1;
     auto& table = store.MainTable();
     const std::string sort = GetSort(table.Columns());
     const merodbquery::Condition condition = GetCond(table.Columns());
     return table.UnionStepList(condition, sort, sort_direction_, offset_, static_cast<int>(limit_),
-                               store.Schemas(), record);
+                               store.Schemas(), row);
 }
 
 }  // namespace serverlog::webapi

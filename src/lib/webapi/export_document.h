@@ -2,6 +2,7 @@
 
 #include <json/value.h>
 #include <mailserver-log/db/union_all_select.h>
+#include <mailserver-log/utils/text_buffer.h>
 
 #include <cstddef>
 #include <string>
@@ -58,9 +59,12 @@ class ExportDocument {
 
     /// Adds the next cell of a row, written as it is.
     void Cell(std::string_view value) {
-        row_ += frames_[cells_++];
-        row_ += value;
+        row_.Append(frames_[cells_++]);
+        row_.Append(value);
     }
+
+    /// Adds the next cell, with HtmlStrEscape.
+    void EscapedCell(std::string_view value);
 
     /// Writes the row of as many cells as there are columns.
     void EndRow();
@@ -69,6 +73,7 @@ class ExportDocument {
     void End();
 
  private:
+    void HandOn(std::string_view row);
     std::string Text(const TextKey& key) const;
     std::string Heading(const ExportColumn& column) const;
 
@@ -78,26 +83,27 @@ class ExportDocument {
     // ten cells is put together from 21 pieces and not from 32.
     std::vector<std::string> frames_;
     // One write a row, and no memory of its own for any cell.
-    std::string row_;
+    utils::TextBuffer row_;
     std::size_t cells_ = 0;
+    int descriptor_ = -1;  // of standard output, once its buffer has been flushed
 };
 
 /// Writes the document of all rows of a query.
 ///
-/// @param query     not yet run
-/// @param record     what the query fetches into
-/// @param write_row  writes the cells of a row, write_row(record, document)
+/// @param query      not yet run
+/// @param row        what the query fetches into, a record or a view of the row
+/// @param write_row  writes the cells of a row, write_row(row, document)
 ///
 /// Throws soci::soci_error if the query can't be run, which is behind the headings, and as
 /// ExportDocument does.
-template <class Record, class WriteRow>
+template <class Row, class WriteRow>
 void WriteExport(const ExportLayout& layout, const ExportTexts& texts,
-                 db::UnionAllSelectQuery& query, const Record& record, WriteRow write_row) {
+                 db::UnionAllSelectQuery& query, const Row& row, WriteRow write_row) {
     ExportDocument document(layout, texts);
     document.Begin();
     query.ExecuteWithoutPreFetch();
     while (query.Fetch()) {
-        write_row(record, document);
+        write_row(row, document);
         document.EndRow();
     }
     document.End();

@@ -1,5 +1,4 @@
 #include <mailserver-log/webapi/adminlog/export_v1.h>
-#include <mailserver/html_escape.h>
 
 #include <iterator>
 
@@ -67,7 +66,7 @@ void Export_v1::ExportLog(db::UnionAllSelectQuery& query, record::AdminLog& reco
     const auto write_row = [&](const record::AdminLog& row, internal::ExportDocument& document) {
         // Nothing but the statement is escaped, on purpose: see the class.
         document.Cell(titles[std::to_string(row.tab_type)].asString());
-        document.Cell(HtmlStrEscape(row.statement));
+        document.EscapedCell(row.statement);
         document.Cell(row.user);
         document.Cell(times.TextOf(static_cast<long>(row.date)));
         document.Cell(row.ip);

@@ -1,8 +1,9 @@
 #include <mailserver-log/webapi/emaillog/export.h>
-#include <mailserver/html_escape.h>
 #include <mds/localized_string_parser.h>
 
 #include <iterator>
+#include <string>
+#include <string_view>
 
 #include "log/adminlog/toolkit/texts.h"
 #include "utils/strings.h"
@@ -41,26 +42,39 @@ constexpr internal::ExportLayout kLayout = {
     std::size(kColumns),
 };
 
+using record::MailLog;
+using Row = record::RowView<MailLog>;
+
 class RowWriter {
  public:
-    void operator()(const record::MailLog& record, internal::ExportDocument& document) {
-        const internal::TimeWords words = times_.Of(record.date);
+    void operator()(const Row& row, internal::ExportDocument& document) {
+        const internal::TimeWords words = times_.Of(row.Of<&MailLog::date>());
         // Nothing but the subject is escaped, on purpose: see the class.
-        document.Cell(record.message_id);
+        document.Cell(row.Of<&MailLog::message_id>());
         document.Cell(words.date);
         document.Cell(words.time);
-        document.Cell(record.mail_from);
-        document.Cell(record.mail_to);
-        document.Cell(record.ori_mail_to.empty() ? std::string_view("-") : record.ori_mail_to);
-        document.Cell(HtmlStrEscape(record.subject));
-        document.Cell(utils::SizeToKb(record.size));
-        document.Cell(record.host);
-        document.Cell(List::StatusInt2Str(record.status));
+        document.Cell(row.Of<&MailLog::mail_from>());
+        document.Cell(row.Of<&MailLog::mail_to>());
+        const std::string_view original = row.Of<&MailLog::ori_mail_to>();
+        document.Cell(original.empty() ? "-" : original);
+        document.EscapedCell(row.Of<&MailLog::subject>());
+        document.Cell(utils::SizeToKb(row.Of<&MailLog::size>()));
+        document.Cell(row.Of<&MailLog::host>());
+        document.Cell(List::StatusInt2Str(row.Of<&MailLog::status>()));
     }
 
  private:
     internal::TimeFormat times_;
 };
+
+/// The document of a query that fetches into a record or a view of the row.
+template <class Fetched>
+void WriteLog(const std::string& language, db::UnionAllSelectQuery& query, const Fetched& fetched) {
+    internal::ExportTexts texts;
+    texts.product =
+        MDS::LocalizedStringParser::ParseTexts(log::adminlog::kPostCubeTexts + language);
+    internal::WriteExport(kLayout, texts, query, fetched, RowWriter());
+}
 
 }  // namespace
 
@@ -73,21 +87,27 @@ Export::Export(const Json::Value& params) : List(params) {}
 std::tuple<int, Json::Value> Export::Execute() {
     internal::WithStoreAsRoot<db::MailLogDB>(
         db_path_, "export postcube server mail log record", [this](db::MailLogDB& store) {
-            record::MailLog record;
-            db::UnionAllSelectQuery query = DbStepList(store, record);
-            ExportLog(query, record);
+            Row row;
+            db::UnionAllSelectQuery query = DbStepList(store, row);
+            ExportLog(query, row);
         });
     return {0, Json::objectValue};
 }
 
-db::UnionAllSelectQuery Export::DbStepList(db::MailLogDB& db, record::MailLog& record) {
+db::UnionAllSelectQuery Export::DbStepList(db::MailLogDB& db, MailLog& record) {
     return StepStore(db, record);
 }
 
-void Export::ExportLog(db::UnionAllSelectQuery& query, record::MailLog& record) {
-    internal::ExportTexts texts;
-    texts.product = MDS::LocalizedStringParser::ParseTexts(log::adminlog::kPostCubeTexts + lang_);
-    internal::WriteExport(kLayout, texts, query, record, RowWriter());
+db::UnionAllSelectQuery Export::DbStepList(db::MailLogDB& db, Row& row) {
+    return StepStore(db, row);
+}
+
+void Export::ExportLog(db::UnionAllSelectQuery& query, MailLog& record) {
+    WriteLog(lang_, query, record);
+}
+
+void Export::ExportLog(db::UnionAllSelectQuery& query, Row& row) {
+    WriteLog(lang_, query, row);
 }
 
 }  // namespace serverlog::webapi::emaillog

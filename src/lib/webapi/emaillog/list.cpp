@@ -3,6 +3,8 @@
 #include <mailserver/domain_list.h>
 
 #include <list>
+#include <string>
+#include <string_view>
 
 #include "utils/strings.h"
 #include "webapi/base_db_query_api_definitions.h"
@@ -28,7 +30,7 @@ constexpr internal::SortField kSortFields[] = {
 
 struct StatusWord {
     int number;
-    const char* word;
+    std::string_view word;
 };
 
 /// What is stored. 4, rejected, has no word, on purpose.
@@ -130,7 +132,7 @@ std::string List::SortBy(const std::string& sort_by) {
 std::string List::StatusInt2Str(int status) {
     for (const StatusWord& row : kStatusWords) {
         if (status == row.number) {
-            return row.word;
+            return std::string(row.word);
         }
     }
     return "unknow";

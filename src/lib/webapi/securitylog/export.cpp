@@ -1,8 +1,9 @@
 #include <mailserver-log/webapi/securitylog/export.h>
-#include <mailserver/html_escape.h>
 #include <mds/localized_string_parser.h>
 
 #include <iterator>
+#include <string>
+#include <string_view>
 
 #include "log/adminlog/toolkit/texts.h"
 #include "webapi/base_db_query_api_definitions.h"
@@ -39,25 +40,38 @@ constexpr internal::ExportLayout kLayout = {
     std::size(kColumns),
 };
 
+using record::SecurityLog;
+using Row = record::RowView<SecurityLog>;
+
 class RowWriter {
  public:
-    void operator()(const record::SecurityLog& record, internal::ExportDocument& document) {
-        const internal::TimeWords words = times_.Of(record.date);
+    void operator()(const Row& row, internal::ExportDocument& document) {
+        const internal::TimeWords words = times_.Of(row.Of<&SecurityLog::date>());
         // Nothing but the subject is escaped, on purpose: see the class.
         document.Cell(words.date);
         document.Cell(words.time);
-        document.Cell(record.src);
-        document.Cell(record.sender);
-        document.Cell(record.recipient);
-        document.Cell(HtmlStrEscape(record.subject));
-        document.Cell(record.type);
-        document.Cell(record.host);
-        document.Cell(record.event);
+        document.Cell(row.Of<&SecurityLog::src>());
+        document.Cell(row.Of<&SecurityLog::sender>());
+        document.Cell(row.Of<&SecurityLog::recipient>());
+        document.EscapedCell(row.Of<&SecurityLog::subject>());
+        document.Cell(row.Of<&SecurityLog::type>());
+        document.Cell(row.Of<&SecurityLog::host>());
+        document.Cell(row.Of<&SecurityLog::event>());
     }
 
  private:
     internal::TimeFormat times_;
 };
+
+/// The document of a query that fetches into a record or a view of the row.
+template <class Fetched>
+void WriteLog(const std::string& language, db::UnionAllSelectQuery& query, const Fetched& fetched) {
+    internal::ExportTexts texts;
+    texts.product =
+        MDS::LocalizedStringParser::ParseTexts(log::adminlog::kPostCubeTexts + language);
+    texts.system = MDS::LocalizedStringParser::ParseTexts(log::adminlog::kSystemTexts + language);
+    internal::WriteExport(kLayout, texts, query, fetched, RowWriter());
+}
 
 }  // namespace
 
@@ -70,22 +84,27 @@ Export::Export(const Json::Value& params) : List(params) {}
 std::tuple<int, Json::Value> Export::Execute() {
     internal::WithStoreAsRoot<db::SecurityLogDB>(
         db_path_, "export postcube server security log record", [this](db::SecurityLogDB& store) {
-            record::SecurityLog record;
-            db::UnionAllSelectQuery query = DbStepList(store, record);
-            ExportLog(query, record);
+            Row row;
+            db::UnionAllSelectQuery query = DbStepList(store, row);
+            ExportLog(query, row);
         });
     return {0, Json::objectValue};
 }
 
-db::UnionAllSelectQuery Export::DbStepList(db::SecurityLogDB& db, record::SecurityLog& record) {
+db::UnionAllSelectQuery Export::DbStepList(db::SecurityLogDB& db, SecurityLog& record) {
     return StepStore(db, record);
 }
 
-void Export::ExportLog(db::UnionAllSelectQuery& query, record::SecurityLog& record) {
-    internal::ExportTexts texts;
-    texts.product = MDS::LocalizedStringParser::ParseTexts(log::adminlog::kPostCubeTexts + lang_);
-    texts.system = MDS::LocalizedStringParser::ParseTexts(log::adminlog::kSystemTexts + lang_);
-    internal::WriteExport(kLayout, texts, query, record, RowWriter());
+db::UnionAllSelectQuery Export::DbStepList(db::SecurityLogDB& db, Row& row) {
+    return StepStore(db, row);
+}
+
+void Export::ExportLog(db::UnionAllSelectQuery& query, SecurityLog& record) {
+    WriteLog(lang_, query, record);
+}
+
+void Export::ExportLog(db::UnionAllSelectQuery& query, Row& row) {
+    WriteLog(lang_, query, row);
 }
 
 }  // namespace serverlog::webapi::securitylog
