@@ -50,6 +50,9 @@ class Query {
         });
     }
 
+    /// Binds what is bound to another query, in place of all that was bound.
+    void BindAs(const Query& other) { elements_ = other.elements_; }
+
     /// Runs the query and, where it fetches data, takes the first row.
     ///
     /// @return false when it failed (busy, full, constraint, bad statement, session not good),

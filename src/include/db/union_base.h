@@ -4,6 +4,7 @@
 #include <merodbquery/condition.h>
 #include <merodbquery/position_binder.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,12 @@ class MAILSERVER_LOG_EXPORT UnionBase {
  public:
     /// The direction of a term of order.
     enum Order { ASC = 0, DESC = 1 };
+
+    /// A term of order.
+    struct Term {
+        std::string field;  ///< a column's name
+        Order order;        ///< its direction
+    };
 
     /// Appends a term of order; earlier calls weigh more.
     /// @param field  a column's name; put into SQL as it is, so never from outside
@@ -40,6 +47,10 @@ class MAILSERVER_LOG_EXPORT UnionBase {
     /// @param binder     takes the values in the order of their placeholders
     std::string ComposeQuery(const merodbquery::Condition& condition,
                              merodbquery::PositionBinder& binder) const;
+
+ protected:
+    /// The term of order where there is one, and no other clause; otherwise nothing.
+    std::optional<Term> OnlyTerm() const;
 
  private:
     static constexpr int kNoLimit = -1;

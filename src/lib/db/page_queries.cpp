@@ -70,11 +70,6 @@ long long CountBeyond(const PageSource& source, const std::string& table, const 
                               op + "(" + bound + ") LIMIT " + std::to_string(kMostOverlap) + ")");
 }
 
-bool HasNull(const PageSource& source, const CountedSchema& schema) {
-    return Number(source, "SELECT EXISTS (SELECT 1 FROM " + TableOf(source, schema) + " WHERE " +
-                              source.sort + " IS NULL)") != 0;
-}
-
 Sequence SequenceOf(const PageSource& source, const Page& page, const CountedSchema& a,
                     const CountedSchema& b) {
     const auto extreme = [&source](const char* function, const CountedSchema& schema) {
@@ -118,7 +113,7 @@ std::vector<PageQuery> DeepPageQueries(const PageSource& source, const Page& pag
             filled.push_back(&schema);
         }
         if (IndexFor(source.session, schema.name, source.table, source.sort).empty() ||
-            HasNull(source, schema)) {
+            HasNull(source.session, TableOf(source, schema), source.sort)) {
             return {};
         }
     }

@@ -17,11 +17,6 @@ class PlanQuery : public merodbquery::SelectQuery {
     std::string GetQuery() override { return "EXPLAIN QUERY PLAN " + SelectQuery::GetQuery(); }
 };
 
-bool EndsWith(const std::string& text, const std::string& end) {
-    return text.size() >= end.size() &&
-           text.compare(text.size() - end.size(), end.size(), end) == 0;
-}
-
 }  // namespace
 
 std::string IndexFor(merodbquery::Session& session, const std::string& schema,
@@ -39,6 +34,14 @@ std::string IndexFor(merodbquery::Session& session, const std::string& schema,
                " WHERE further.seqno > 0)",
         soci::into(name);
     return name;
+}
+
+bool HasNull(merodbquery::Session& session, const std::string& table, const std::string& column) {
+    int found = 0;
+    session.GetRawSession() << "SELECT EXISTS (SELECT 1 FROM " + table + " WHERE " + column +
+                                   " IS NULL)",
+        soci::into(found);
+    return found != 0;
 }
 
 bool SortsAnEquality(merodbquery::Session& session, const std::string& table,
@@ -63,7 +66,7 @@ bool SortsAnEquality(merodbquery::Session& session, const std::string& table,
     bool sorts = false;
     while (plan.Fetch()) {
         looks_up_equal =
-            looks_up_equal || (utils::Startswith(step, "SEARCH ") && EndsWith(step, "=?)"));
+            looks_up_equal || (utils::Startswith(step, "SEARCH ") && utils::Endswith(step, "=?)"));
         sorts = sorts || step == "USE TEMP B-TREE FOR ORDER BY";
     }
     return looks_up_equal && sorts;

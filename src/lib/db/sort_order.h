@@ -15,6 +15,12 @@ namespace serverlog::db::internal {
 std::string IndexFor(merodbquery::Session& session, const std::string& schema,
                      const std::string& table, const std::string& column);
 
+/// Whether a row of a table has no value in a column that has an index.
+///
+/// @param table  with its schema
+/// Throws soci::soci_error if the table can't be read.
+bool HasNull(merodbquery::Session& session, const std::string& table, const std::string& column);
+
 /// Whether SQLite, left to itself, would look up the rows that match by an index for a column that
 /// has to equal one value, and then sort them. Such rows come to the sorting by their rowid.
 ///

@@ -7,8 +7,25 @@
 
 namespace serverlog::db {
 
+namespace {
+
+constexpr char kAscending[] = " ASC";
+constexpr char kDescending[] = " DESC";
+
+}  // namespace
+
 void UnionBase::OrderBy(std::string field, Order order) {
-    orders_.push_back(std::move(field) + (order != ASC ? " DESC" : " ASC"));
+    orders_.push_back(std::move(field) + (order != ASC ? kDescending : kAscending));
+}
+
+std::optional<UnionBase::Term> UnionBase::OnlyTerm() const {
+    const bool has_more = !group_.empty() || having_.IsSet() || limit_ != kNoLimit || offset_ != 0;
+    if (has_more || orders_.size() != 1) {
+        return std::nullopt;
+    }
+    const std::string& term = orders_.front();
+    const std::size_t end = term.rfind(' ');
+    return Term{term.substr(0, end), term.substr(end) == kAscending ? ASC : DESC};
 }
 
 void UnionBase::GroupBy(std::string group) {

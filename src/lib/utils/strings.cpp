@@ -114,6 +114,10 @@ bool Startswith(const std::string& s, const std::string& prefix) {
     return s.compare(0, prefix.size(), prefix) == 0;
 }
 
+bool Endswith(const std::string& s, const std::string& tail) {
+    return s.size() >= tail.size() && s.compare(s.size() - tail.size(), tail.size(), tail) == 0;
+}
+
 std::string RemoveTail(std::string s, const std::string& tail) {
     const std::size_t position = s.rfind(tail);
     if (position != std::string::npos) {

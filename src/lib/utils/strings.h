@@ -65,6 +65,9 @@ std::string UTF8StrUpper(const std::string& s);
 /// True when `s` begins with `prefix`; an empty `prefix` begins every text.
 bool Startswith(const std::string& s, const std::string& prefix);
 
+/// True when `s` ends with `tail`; an empty `tail` ends every text.
+bool Endswith(const std::string& s, const std::string& tail);
+
 /// Cuts `s` from the last `tail` in it to its end, also where more characters follow that `tail`.
 /// A text without `tail` comes back unchanged.
 std::string RemoveTail(std::string s, const std::string& tail);

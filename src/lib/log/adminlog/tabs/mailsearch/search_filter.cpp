@@ -3,6 +3,7 @@
 #include "log/adminlog/tabs/domain/domain_statements.h"
 #include "log/adminlog/toolkit/formatting.h"
 #include "utils/json_text.h"
+#include "utils/strings.h"
 
 #include <algorithm>
 #include <set>
@@ -14,14 +15,9 @@ namespace {
 constexpr char kEnable[] = "_enable";
 constexpr char kSetting[] = "_setting";
 
-bool EndsWith(std::string const& text, std::string const& tail) {
-    return text.size() >= tail.size() &&
-           text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
-}
-
 void AddConditionNames(Json::Value const& filter, std::set<std::string>& names) {
     for (std::string const& member : filter.getMemberNames()) {
-        bool const is_half = EndsWith(member, kEnable) || EndsWith(member, kSetting);
+        bool const is_half = utils::Endswith(member, kEnable) || utils::Endswith(member, kSetting);
         names.insert(is_half ? member.substr(0, member.rfind('_')) : member);
     }
 }
