@@ -32,7 +32,7 @@ TEST(TextBuffer, KeepsWhatItHasWhenItGrows) {
     for (int round = 0; round < 2; ++round) {
         std::string all;
         // Past its first memory in small steps and in one that is longer than all of it.
-        for (const std::size_t size : {0, 1, 15, 500, 507, 1, 30, 9000}) {
+        for (const std::size_t size : {0U, 1U, 15U, 500U, 507U, 1U, 30U, 9000U}) {
             buffer.Append(TextOf(size));
             buffer.Append('.');
             all += TextOf(size) + '.';
