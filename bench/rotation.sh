@@ -6,11 +6,11 @@
 #
 # BUILD is a build folder with the program [build/release]. The files, some GiB with the default of
 # 4,000,000 rows in the long-term file and 200,000 to move, lie in a folder beside it and are removed
-# at the end. Both take turns; the median of the rounds counts.
+# at the end. Both take turns; the median of the rounds [5] counts.
 set -euo pipefail
 
 project=$(realpath "$(dirname "$0")/..")
-long_term_rows=4000000 new_rows=200000 rounds=3 store=mail build=$project/build/release
+long_term_rows=4000000 new_rows=200000 rounds=5 store=mail build=$project/build/release
 while [ $# -gt 0 ]; do
     case $1 in
         --rows) long_term_rows=$2; shift ;;

@@ -40,15 +40,23 @@ constexpr int kRowsOfLongTermFile = 4000000;
 
 // What makes the work faster and changes nothing about the finished file. The work file is thrown
 // away unless it is whole, and synced before it is used: so no journal and no syncing meanwhile.
-// What is deleted in it goes away with VACUUM, so it need not be overwritten. Sorting the entries
-// of an index takes as much memory as the cache may, and each index reads the whole table, which no
-// cache holds. Sorting in further threads (PRAGMA threads) gained nothing.
+// What is deleted in it goes away with VACUUM, so it need not be overwritten, as SQLite may do by
+// default: without journal and overwriting, dropping the indices of 4,000,000 rows takes 0.5 s
+// instead of 8.4 s. Each index reads the whole table, which no cache holds: mapped into memory, all
+// indices take 21.4 s instead of 23.9 s.
 constexpr char kSessionSettings[] =
     "PRAGMA main.journal_mode = OFF;"
     "PRAGMA main.synchronous = OFF;"
     "PRAGMA main.secure_delete = OFF;"
-    "PRAGMA main.cache_size = -65536;"
     "PRAGMA main.mmap_size = 1073741824;";
+
+// For making indices and for removing rows. Entries of an index are sorted in pieces as large as
+// the cache may be, which are merged then: with 16 MiB, which the processor's own cache holds, all
+// indices took 22.4 s, with SQLite's own 2 MiB 24.5 s, with 8 and 64 MiB 26.0 and 25.1 s. To wipe
+// 200,000 rows took 1.0 s instead of 1.4 s with 2 MiB. With these VACUUM is faster, by 0.3 to 0.7
+// of 5 s, so it keeps them. Sorting in further threads (PRAGMA threads) took half as much of the
+// processor again, and over all indices gained 8 % at best.
+constexpr char kCacheSetting[] = "PRAGMA main.cache_size = -16384;";
 
 std::string AttachQuery(const std::string& path, const std::string& schema) {
     return "ATTACH DATABASE " + utils::Quote(path) + " AS " + schema + ";";
@@ -153,7 +161,7 @@ std::int64_t Rotater<DB>::FillWorkFile(DB& db, const Files& files) {
     const std::string behind = DetachQuery(kCurrent) +
                                "PRAGMA journal_mode = OFF;"
                                "VACUUM;" +
-                               CreateScript<DB>(kMain);
+                               kCacheSetting + CreateScript<DB>(kMain);
     const SessionCleaner cleaner(session);
     std::int64_t last_row = 0;
     if (!utils::ExecMultipleQuery(session, before) || !CopyRows(db, last_row) ||
@@ -190,7 +198,7 @@ template <class DB>
 void Rotater<DB>::WipeRows(const std::string& further_condition) {
     db::Provider provider(path_);
     DB db = provider.Get<DB>(false);
-    const std::string script = DropScript(db, kMain) +
+    const std::string script = kCacheSetting + DropScript(db, kMain) +
                                utils::RemoveTail(WipeQuery(db, kMain), ";") + further_condition +
                                ";" + CreateScript<DB>(kMain);
     if (!utils::ExecMultipleQuery(db.GetSession(), script)) {
