@@ -15,6 +15,7 @@ class ByteBlock {
     /// clang++, which put it into a register of the processor.
     using Marks = signed char __attribute__((vector_size(16)));
 
+    /// In bytes.
     static constexpr std::size_t kSize = sizeof(Marks);
 
     /// Takes the sixteen bytes from there on.

@@ -29,8 +29,11 @@ class MAILSERVER_LOG_EXPORT TextBuffer {
     /// Takes what was written into the room, up to there.
     void EndAt(char* end) { end_ = end; }
 
+    ///@{
+    /// Adds a text, or one byte.
     void Append(std::string_view text) { EndAt(Copy(text, Room(text.size()))); }
     void Append(char c) { Append(std::string_view(&c, 1)); }
+    ///@}
 
     /// Adds a number in decimal.
     template <class Number>
@@ -66,6 +69,7 @@ class MAILSERVER_LOG_EXPORT TextBuffer {
         return {bytes_.get(), static_cast<std::size_t>(end_ - bytes_.get())};
     }
 
+    /// Whether there is no text.
     bool Empty() const { return end_ == bytes_.get(); }
 
     /// Takes the last byte away; there must be one.
