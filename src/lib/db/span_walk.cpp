@@ -129,7 +129,7 @@ std::string SpanWalk::SpanText() {
 
 // The rows of the span where one table has all of them.
 std::string SpanWalk::RunText(const UnitedSelect& select) {
-    const std::string by_index = select.text + Where() + OrderedBy(column_);
+    std::string by_index = select.text + Where() + OrderedBy(column_);
     if (to_skip_ > 0) {
         --to_skip_;
         return by_index;
