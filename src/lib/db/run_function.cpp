@@ -33,7 +33,9 @@ void Step(sqlite_api::sqlite3_context* context, int /*count*/,
         *run = {true, run->broken, number, number, value};
         return;
     }
-    run->broken = run->broken || number - 1 != run->last || value < run->value;
+    // The first comparison keeps the smallest number from overflowing in the second.
+    run->broken =
+        run->broken || number <= run->last || number - 1 != run->last || value < run->value;
     run->last = number;
     run->value = value;
 }
