@@ -252,15 +252,20 @@ TEST_F(ExportTest, EscapesEachCharacterOfMarkup) {
     }
 }
 
-TEST_F(ExportTest, WritesWhatAQueryFetchesIntoARecord) {
+/// The document of a method that writes what a query fetches into a record.
+template <class Method, class DB>
+std::string DocumentByRecord(const std::string& store_name) {
+    auto store = db::Provider(kSpool + store_name).Get<DB>(true);
+    Method method(Json::objectValue);
+    typename db::StoreTraits<DB>::Record record;
+    db::UnionAllSelectQuery query = method.DbStepList(store, record);
+    return StandardOutputOf([&] { method.ExportLog(query, record); });
+}
+
+TEST_F(ExportTest, WritesMailsThatAreFetchedIntoARecord) {
     AddMailRows();
     WriteTexts("enu", "");
-    db::Provider provider(kSpool + "aggr_mail_log.db");
-    auto store = provider.Get<db::MailLogDB>(true);
-    emaillog::Export method(Json::objectValue);
-    record::MailLog record;
-    db::UnionAllSelectQuery query = method.DbStepList(store, record);
-    EXPECT_EQ(StandardOutputOf([&] { method.ExportLog(query, record); }),
+    EXPECT_EQ((DocumentByRecord<emaillog::Export, db::MailLogDB>("aggr_mail_log.db")),
               kMailHead + std::string(kFirstMail) + kEnd);
 }
 
@@ -310,6 +315,8 @@ TEST_F(ExportTest, WritesTheSecurityLogInTheLanguageOfTheRequest) {
         "<th>Date</th><th>Time</th><th>Source</th><th>From</th><th>To</th><th>Subject</th>"
         "<th>Type</th><th>Host</th><th>Action</th>";
     EXPECT_EQ(DocumentOf<securitylog::Export>("{}"), SecurityDocument("Security log", labels));
+    EXPECT_EQ((DocumentByRecord<securitylog::Export, db::SecurityLogDB>("aggr_security_log.db")),
+              SecurityDocument("Security log", labels));
     EXPECT_EQ(RequestDocumentOf<securitylog::Export>(R"({"lang":"xx"})"),
               SecurityDocument("Security log XX", labels));
     EXPECT_EQ(DocumentOf<securitylog::Export>(R"({"lang":"none"})"),
